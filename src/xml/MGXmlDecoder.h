@@ -28,6 +28,8 @@ public:
     // (after leading comments).
     static std::unique_ptr<MGXmlDecoder> fromString(const QString &text);
 
+    // Reads past leading comments and the declaration. A text that fromString would refuse gives
+    // a decoder that is already done, with its error set.
     explicit MGXmlDecoder(const QString &text);
 
     bool getNextTag();
@@ -56,6 +58,7 @@ public:
     void setError(const QString &error); // the first error stays
 
     void setAllowNumericTags(bool allow) { m_allowNumericTags = allow; }
+    // White space around an attribute's "=".
     void setAllowSpaceInAttr(bool allow) { m_allowSpaceInAttr = allow; }
     // A table of this decoder's own, used instead of the process-wide one.
     void setOwnKeyTable(std::shared_ptr<const KeyTable> table) { m_ownKeys = std::move(table); }
@@ -70,8 +73,17 @@ public:
     static QString decodeEscapes(const QString &string);
 
 private:
+    bool readPrologue();
     bool skipToNextTag();
     bool readTag();
+    bool readEndTag();
+    bool readProcessingInstruction();
+    bool readStartTag();
+    bool readTextContent(qsizetype from);
+    qsizetype scanName(qsizetype from, bool allowDigitStart) const;
+    qsizetype skipSpace(qsizetype from) const;
+    bool fail(qsizetype offset);
+    void clearTag();
     quint32 keyForName(const QString &name) const;
 
     QString m_text;
@@ -85,6 +97,7 @@ private:
     QList<QPair<QString, QString>> m_orderedAttributes;
     QString m_error;
     bool m_done = false;
+    bool m_accepted = false;
     bool m_allowNumericTags = false;
     bool m_allowSpaceInAttr = false;
     std::shared_ptr<const KeyTable> m_ownKeys;
