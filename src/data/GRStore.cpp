@@ -1,0 +1,68 @@
+#include "GRStore.h"
+
+#include "GRLists.h"
+#include "GRTagKeys.h"
+#include "MGXmlDecoder.h"
+#include "MGXmlEncoder.h"
+
+GRStore::GRStore() : m_guid(GRNewGuid()) {}
+
+GRStorePtr GRStore::fromXml(MGXmlDecoder &decoder)
+{
+    GRStorePtr store = create();
+    const qint64 level = decoder.level();
+    while (decoder.getNextTag() && decoder.level() >= level) {
+        switch (decoder.key()) {
+        case GRTagColor:
+            store->setKolor(KolorFromString(decoder.value()));
+            break;
+        case GRTagName:
+            store->setName(decoder.value());
+            break;
+        case GRTagPrint:
+            store->setPrintOption(qint32(decoder.integerValue()));
+            break;
+        case GRTagTop:
+            store->setTopOfPage(quint8(decoder.integerValue()) != 0);
+            break;
+        default:
+            break;
+        }
+    }
+    return store;
+}
+
+void GRStore::archiveToXml(MGXmlEncoder &encoder) const
+{
+    encoder.openTag(QStringLiteral("store"));
+    encoder.addTag(QStringLiteral("name"), m_name);
+    encoder.addTag(QStringLiteral("print"), int(m_printOption));
+    if (m_kolor.word() != Kolor::DefaultWord)
+        encoder.addTag(QStringLiteral("color"), KolorToString(m_kolor));
+    if (m_topOfPage)
+        encoder.addTag(QStringLiteral("top"), 1);
+    encoder.closeTag(QStringLiteral("store"));
+}
+
+GRStorePtr GRStore::copy() const
+{
+    GRStorePtr store = create();
+    store->m_name = m_name;
+    store->m_guid = m_guid;
+    store->m_kolor = m_kolor;
+    store->m_printOption = m_printOption;
+    store->m_topOfPage = m_topOfPage;
+    return store;
+}
+
+GRStorePtr GRStore::storeForGuid(const QString &guid)
+{
+    // Qt treats a null and an empty string as equal; a missing GUID names no store.
+    if (guid.isEmpty())
+        return nullptr;
+    for (const GRStorePtr &store : GRLists::shared().stores()) {
+        if (store && store->guid() == guid)
+            return store;
+    }
+    return nullptr;
+}
