@@ -28,9 +28,13 @@ private:
     {
         QString name;
         QPointer<QObject> context;
+        bool hasContext = false; // a null context observes until removeObserver(nullptr)
         Handler handler;
         quint64 id;
     };
+    static bool isAlive(const Observer &observer) { return !observer.hasContext || observer.context; }
+    void prune();
+
     QList<Observer> m_observers;
     quint64 m_nextId = 1;
 };
