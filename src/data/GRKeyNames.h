@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// The six key marks, in key order (one UTF-16 unit each).
+const QString &keyCharacters();
+
+extern const QStringList g_defaultKeyNames;
+// The user's names for the keys: empty (the defaults apply) or exactly six entries.
+extern QStringList g_customKeyNames;
+
+// The name in use for key index (0-5): the custom name when there are exactly six custom names.
+QString KeyNameAt(qsizetype index);

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "GRCategoryOrderEntry.h"
+#include "GRPrintSettings.h"
+#include "GRTypes.h"
+
+#include <QFont>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+// Settings keys, spelled as stored.
+inline constexpr char GRPrefDisplayFontKey[] = "mwgroceries.displayFont";
+inline constexpr char GRPrefPrintFontKey[] = "com.marlowick.groceries.font";
+inline constexpr char GRPrefPrintInfoKey[] = "com.marlowick.groceries.print";
+inline constexpr char GRPrefPrintScopeKey[] = "com.marlowick.groceries.printNeeded";
+inline constexpr char GRPrefIgnorePageStartsKey[] = "com.marlowick.groceries.ignorePageStarts";
+inline constexpr char GRPrefShowKeysKey[] = "mwgroceries.showKeys";
+inline constexpr char GRPrefConfirmDeleteKey[] = "com.marlowick.groceries.confirm";
+// The e-mail target really lives under this name; it is not the delete confirmation.
+inline constexpr char GRPrefEmailTargetKey[] = "mwgroceries.confirm";
+inline constexpr char GRPrefKeyNamesKey[] = "mwgroceries.keys";
+inline constexpr char GRPrefPrintHeaderAndFooterKey[] = "NSPrintHeaderAndFooter";
+
+// The general system font at 12 points.
+QFont DefaultUserFont();
+// The font stored under key, or DefaultUserFont() when the key is absent or unreadable.
+QFont LoadFontFromPrefs(const QString &key);
+
+// Every user setting, read from the settings at creation and written back by savePreferences();
+// the column count, aisle order and category order travel in the database instead.
+class GRPrefController : public QObject
+{
+    Q_OBJECT
+
+public:
+    static GRPrefController &sharedInstance();
+
+    // Reads the settings; tests make their own instances, the application uses sharedInstance().
+    explicit GRPrefController(QObject *parent = nullptr);
+
+    void savePreferences();
+
+    const QFont &printFont() const { return m_printFont; }
+    void setPrintFont(const QFont &font) { m_printFont = font; }
+    const QFont &displayFont() const { return m_displayFont; }
+    void setDisplayFont(const QFont &font) { m_displayFont = font; }
+    quint64 columnCount() const { return m_columnCount; }
+    void setColumnCount(quint64 columnCount) { m_columnCount = columnCount ? columnCount : 1; }
+    QList<qint64> &aisleOrder() { return m_aisleOrder; }
+    QList<GRCategoryOrderEntry> &categoryOrder() { return m_categoryOrder; }
+    GRPrintSettings &printInfo() { return m_printInfo; }
+    const QString &printStoreGuid() const { return m_printStoreGuid; }
+    void setPrintStoreGuid(const QString &guid) { m_printStoreGuid = guid; }
+    const QString &emailTarget() const { return m_emailTarget; }
+    void setEmailTarget(const QString &target) { m_emailTarget = target; }
+    qint32 printScope() const { return m_printScope; }
+    void setPrintScope(qint32 scope) { m_printScope = scope; }
+    bool ignorePageStarts() const { return m_ignorePageStarts; }
+    void setIgnorePageStarts(bool ignore) { m_ignorePageStarts = ignore; }
+    bool confirmDelete() const { return m_confirmDelete; }
+    void setConfirmDelete(bool confirm) { m_confirmDelete = confirm; }
+    bool manualOrder() const { return m_manualOrder; }
+    void setManualOrder(bool manual) { m_manualOrder = manual; }
+    bool showKeys() const { return m_showKeys; }
+    void setShowKeys(bool show) { m_showKeys = show; }
+    bool dirty() const { return m_dirty; }
+    void setDirty(bool dirty) { m_dirty = dirty; }
+    bool changingDisplay() const { return m_changingDisplay; }
+    void setChangingDisplay(bool changing) { m_changingDisplay = changing; }
+
+    // Brings categoryOrder up to date with the live categories: in manual order entries keep
+    // their places, vanished categories drop out and new ones are appended in list order.
+    void updateCategories();
+    // The first live category with exactly this GUID / name, or null.
+    GRCategoryPtr categoryForGuid(const QString &guid) const;
+    GRCategoryPtr categoryForName(const QString &name) const;
+    // Back to automatic category order.
+    void resetOrder();
+
+    static constexpr quint64 DefaultColumnCount = 5;
+    static QList<qint64> defaultAisleOrder();
+
+signals:
+    void categoryTableChanged();
+    void markWindowEdited();
+
+private:
+    QFont m_printFont;
+    QFont m_displayFont;
+    quint64 m_columnCount = DefaultColumnCount;
+    QList<qint64> m_aisleOrder;
+    QList<GRCategoryOrderEntry> m_categoryOrder;
+    GRPrintSettings m_printInfo;
+    QString m_printStoreGuid;
+    QString m_emailTarget;
+    qint32 m_printScope = 0;
+    bool m_ignorePageStarts = false;
+    bool m_confirmDelete = true;
+    bool m_manualOrder = false;
+    bool m_showKeys = true;
+    bool m_dirty = false;
+    bool m_changingDisplay = false;
+};
