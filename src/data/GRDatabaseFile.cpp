@@ -1,0 +1,451 @@
+#include "GRDatabaseFile.h"
+
+#include "GRCategory.h"
+#include "GRItem.h"
+#include "GRLists.h"
+#include "GRPosixFileOps.h"
+#include "GRPrefController.h"
+#include "GRSafeWriter.h"
+#include "GRStore.h"
+#include "GRTagKeys.h"
+#include "MGAlert.h"
+#include "MGLog.h"
+#include "MGNotificationCenter.h"
+#include "MGXmlDecoder.h"
+#include "MGXmlEncoder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+bool g_dirty = false;
+QString g_databasePath;
+
+namespace {
+
+const QString DatabaseFileName = QStringLiteral("Groceries.xml");
+const QString BackupFileName = QStringLiteral("Groceries~.xml");
+constexpr qint64 DatabaseVersion = 1;
+// Anything wider is no list a person would use, and the layout divides by it.
+constexpr qint64 MaxColumnCount = 100;
+constexpr qsizetype AisleGroupCount = 7;
+
+GRFileOps *s_fileOps = nullptr;
+
+GRFileOps &fileOps()
+{
+    return s_fileOps ? *s_fileOps : GRPosixFileOps::shared();
+}
+
+GRPrefController &prefs()
+{
+    return GRPrefController::sharedInstance();
+}
+
+void saveFailedAlert()
+{
+    MGAlert::sharedInstance().giveAlertMessage(QStringLiteral("Save failed."),
+                                               QStringLiteral("I can't save the groceries database."), {});
+}
+
+bool isAisleOrder(const QList<qint64> &order)
+{
+    if (order.size() != AisleGroupCount)
+        return false;
+    QList<qint64> sorted = order;
+    std::sort(sorted.begin(), sorted.end());
+    for (qsizetype k = 0; k < AisleGroupCount; ++k) {
+        if (sorted.at(k) != k)
+            return false;
+    }
+    return true;
+}
+
+bool isIdentityOrder(const QList<qint64> &order)
+{
+    for (qsizetype k = 0; k < order.size(); ++k) {
+        if (order.at(k) != k)
+            return false;
+    }
+    return true;
+}
+
+// An item always ends up with a category and a store; one that can't is dropped.
+void appendItem(const GRItemPtr &item)
+{
+    GRLists &lists = GRLists::shared();
+    if (!item || lists.categories().isEmpty() || lists.stores().isEmpty())
+        return;
+    GRCategoryPtr category = item->category();
+    if (!category) {
+        category = lists.categories().first();
+        item->setCategory(category);
+    }
+    if (!item->store())
+        item->setStore(lists.stores().first());
+    category->items().append(item);
+}
+
+// Reads the store, category and item records of a "stores", "categories" or "items" section.
+void readRecords(MGXmlDecoder &decoder)
+{
+    if (decoder.endTag())
+        return;
+    GRLists &lists = GRLists::shared();
+    const qint64 level = decoder.level();
+    while (decoder.getNextTag() && decoder.level() >= level) {
+        if (!decoder.startTag())
+            continue;
+        // A self-closing record has no children; reading on would take its siblings for them. An
+        // item without any of its fields is nothing worth keeping.
+        const bool empty = decoder.endTag();
+        switch (decoder.key()) {
+        case GRTagStore:
+            lists.stores().append(empty ? GRStore::create() : GRStore::fromXml(decoder));
+            break;
+        case GRTagCategory:
+            lists.categories().append(empty ? GRCategory::create() : GRCategory::fromXml(decoder));
+            break;
+        case GRTagItem:
+            if (!empty)
+                appendItem(GRItem::fromXml(decoder));
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+// Calls read for every "i" of the section the decoder stands on.
+template <typename Read> void readIndexList(MGXmlDecoder &decoder, Read read)
+{
+    if (decoder.endTag())
+        return;
+    const qint64 level = decoder.level();
+    while (decoder.getNextTag() && decoder.level() >= level) {
+        if (decoder.startTag() && decoder.key() == GRTagI)
+            read(decoder.integerValue());
+    }
+}
+
+void readAisleOrder(MGXmlDecoder &decoder)
+{
+    QList<qint64> order;
+    readIndexList(decoder, [&order](qint64 value) {
+        if (order.size() <= AisleGroupCount)
+            order.append(value);
+    });
+    // Printing indexes the aisle groups with these numbers: only a permutation of them will do.
+    prefs().aisleOrder() = isAisleOrder(order) ? order : GRPrefController::defaultAisleOrder();
+}
+
+void readCategoryOrder(MGXmlDecoder &decoder)
+{
+    GRPrefController &preferences = prefs();
+    preferences.setManualOrder(true);
+    preferences.categoryOrder().clear();
+    const QList<GRCategoryPtr> &categories = GRLists::shared().categories();
+    QSet<qint64> used;
+    readIndexList(decoder, [&](qint64 index) {
+        if (index < 0 || index >= categories.size() || used.contains(index))
+            return;
+        used.insert(index);
+        const GRCategoryPtr &category = categories.at(index);
+        preferences.categoryOrder().append(GRCategoryOrderEntry{category, category->guid()});
+    });
+}
+
+bool readRootTag(MGXmlDecoder &decoder, bool alertIfNewer)
+{
+    if (!decoder.getNextTag() || decoder.key() != GRTagGroceries || !decoder.startTag())
+        return false;
+    if (decoder.integerAttributeForTag(QStringLiteral("version")) > DatabaseVersion) {
+        if (alertIfNewer) {
+            MGAlert::sharedInstance().giveAlertMessage(
+                QStringLiteral("Groceries compatibility problem."),
+                QStringLiteral("The groceries database is newer than this version of Groceries. You need to "
+                               "upgrade to the latest version."),
+                {});
+        }
+        return false;
+    }
+    return true;
+}
+
+// Keeps the lists usable: store 0 is everyone's fallback and new items need a category.
+void ensureStoreAndCategory()
+{
+    GRLists &lists = GRLists::shared();
+    if (lists.stores().isEmpty()) {
+        GRStorePtr store = GRStore::create();
+        store->setName(QStringLiteral("Grocery Store"));
+        lists.stores().append(store);
+    }
+    if (lists.categories().isEmpty()) {
+        GRCategoryPtr category = GRCategory::create();
+        category->setName(QStringLiteral("Groceries"));
+        lists.categories().append(category);
+    }
+}
+
+bool readTemplate(int option)
+{
+    QFile file(TemplateResourcePath(option));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    return ReadModernDatabaseData(file.readAll());
+}
+
+} // namespace
+
+QString DatabaseFolder()
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (base.isEmpty())
+        return {};
+    return base + QLatin1String("/Marlowick");
+}
+
+QString DatabaseBackupPath(const QString &databasePath)
+{
+    return QFileInfo(databasePath).absolutePath() + QLatin1Char('/') + BackupFileName;
+}
+
+bool ReadModernDatabase(MGXmlDecoder &decoder)
+{
+    RegisterGroceryTags();
+    if (!readRootTag(decoder, true))
+        return false;
+
+    GRPrefController &preferences = prefs();
+    while (decoder.getNextTag()) {
+        if (!decoder.startTag())
+            continue;
+        switch (decoder.key()) {
+        case GRTagStores:
+        case GRTagCategories:
+        case GRTagItems:
+            readRecords(decoder);
+            break;
+        case GRTagAisleOrder:
+            readAisleOrder(decoder);
+            break;
+        case GRTagCategoryOrder:
+            readCategoryOrder(decoder);
+            break;
+        case GRTagColumns:
+            preferences.setColumnCount(quint64(qBound<qint64>(1, decoder.integerValue(), MaxColumnCount)));
+            break;
+        default:
+            break;
+        }
+    }
+    return true;
+}
+
+bool ReadModernDatabase(const QString &path)
+{
+    RegisterGroceryTags();
+    std::unique_ptr<MGXmlDecoder> decoder = MGXmlDecoder::fromFile(path);
+    if (!decoder)
+        return false;
+    const bool ok = ReadModernDatabase(*decoder);
+    if (ok && !decoder->error().isEmpty())
+        MGLog(QStringLiteral("Groceries database %1 read only in part: %2").arg(path, decoder->error()));
+    return ok;
+}
+
+bool ReadModernDatabaseData(const QByteArray &bytes)
+{
+    RegisterGroceryTags();
+    std::unique_ptr<MGXmlDecoder> decoder = MGXmlDecoder::fromData(bytes);
+    return decoder && ReadModernDatabase(*decoder);
+}
+
+bool IsReadableDatabase(const QString &path)
+{
+    RegisterGroceryTags();
+    std::unique_ptr<MGXmlDecoder> decoder = MGXmlDecoder::fromFile(path);
+    if (!decoder || !readRootTag(*decoder, false))
+        return false;
+    while (decoder->getNextTag()) {
+    }
+    return decoder->error().isEmpty();
+}
+
+QString GroceriesXml()
+{
+    GRLists &lists = GRLists::shared();
+    GRPrefController &preferences = prefs();
+    MGXmlEncoder encoder;
+
+    encoder.addAttribute(QStringLiteral("version"), DatabaseVersion);
+    encoder.openTag(QStringLiteral("groceries"));
+
+    encoder.openTag(QStringLiteral("stores"));
+    for (const GRStorePtr &store : std::as_const(lists.stores())) {
+        if (store)
+            store->archiveToXml(encoder);
+    }
+    encoder.closeTag(QStringLiteral("stores"));
+
+    QList<GRItemPtr> items;
+    encoder.openTag(QStringLiteral("categories"));
+    for (const GRCategoryPtr &category : std::as_const(lists.categories())) {
+        if (!category)
+            continue;
+        category->archiveToXml(encoder);
+        for (const GRItemPtr &item : std::as_const(category->items())) {
+            if (item)
+                items.append(item);
+        }
+    }
+    encoder.closeTag(QStringLiteral("categories"));
+
+    encoder.addTag(QStringLiteral("columns"), qint64(preferences.columnCount()));
+
+    if (!isIdentityOrder(preferences.aisleOrder())) {
+        encoder.openTag(QStringLiteral("aisleOrder"));
+        for (qint64 group : std::as_const(preferences.aisleOrder()))
+            encoder.addTag(QStringLiteral("i"), group);
+        encoder.closeTag(QStringLiteral("aisleOrder"));
+    }
+
+    if (preferences.manualOrder()) {
+        encoder.openTag(QStringLiteral("categoryOrder"));
+        for (const GRCategoryOrderEntry &entry : std::as_const(preferences.categoryOrder())) {
+            const qsizetype index = lists.indexOfCategory(entry.cat.get());
+            if (index >= 0)
+                encoder.addTag(QStringLiteral("i"), qint64(index));
+        }
+        encoder.closeTag(QStringLiteral("categoryOrder"));
+    }
+
+    // Stable, so items of equal names keep the category order and a reload saves the same bytes.
+    std::stable_sort(items.begin(), items.end(), [](const GRItemPtr &a, const GRItemPtr &b) {
+        return QString::compare(a->name(), b->name(), Qt::CaseInsensitive) < 0;
+    });
+    encoder.openTag(QStringLiteral("items"));
+    for (const GRItemPtr &item : std::as_const(items))
+        item->archiveToXml(encoder);
+    encoder.closeTag(QStringLiteral("items"));
+
+    encoder.closeTag(QStringLiteral("groceries"));
+    return encoder.xml();
+}
+
+void SetDatabaseFileOps(GRFileOps *ops)
+{
+    s_fileOps = ops;
+}
+
+bool SaveGroceries()
+{
+    const QString path = g_databasePath;
+    if (path.isEmpty()) {
+        MGLog(QStringLiteral("Can't write database %1: %2").arg(path, QStringLiteral("no database path")));
+        saveFailedAlert();
+        return false;
+    }
+    const QString backupPath = DatabaseBackupPath(path);
+
+    GRSafeWriter writer(fileOps());
+    if (!writer.save(path, backupPath, GroceriesXml().toUtf8())) {
+        if (writer.failure() == GRSafeWriter::BackupFailed) {
+            MGLog(QStringLiteral("Can't rename previous version %1 to %2: %3")
+                      .arg(path, backupPath, writer.reason()));
+        } else {
+            MGLog(QStringLiteral("Can't write database %1: %2").arg(path, writer.reason()));
+            if (writer.restoreFailed()) {
+                MGLog(QStringLiteral("Can't restore database after failure %1: %2")
+                          .arg(backupPath, writer.restoreReason()));
+            }
+        }
+        saveFailedAlert();
+        return false;
+    }
+
+    g_dirty = false;
+    prefs().setDirty(false);
+    MGNotificationCenter::defaultCenter().post(QStringLiteral("mwgroceries.saved"));
+    return true;
+}
+
+QString TemplateResourcePath(int option)
+{
+    switch (option) {
+    case GRTemplateOmnivore:
+        return QStringLiteral(":/templates/Groceries Omnivore.xml");
+    case GRTemplateVegetarian:
+        return QStringLiteral(":/templates/Groceries Vegetarian.xml");
+    case GRTemplateVegan:
+        return QStringLiteral(":/templates/Groceries Vegan.xml");
+    default:
+        return {};
+    }
+}
+
+void CreateMinimalDatabase()
+{
+    GRStorePtr store = GRStore::create();
+    store->setName(QStringLiteral("Grocery Store"));
+    store->setPrintOption(0);
+    GRLists::shared().stores().append(store);
+
+    GRCategoryPtr category = GRCategory::create();
+    category->setName(QStringLiteral("Groceries"));
+    GRLists::shared().categories().append(category);
+}
+
+GROpenResult OpenGroceryDatabase(const std::function<int(bool offerRestore)> &selectTemplate)
+{
+    RegisterGroceryTags();
+    const QString folder = DatabaseFolder();
+    if (folder.isEmpty()) {
+        MGLog(QStringLiteral("Can't find ~/Library/Application Support"));
+        MGAlert::sharedInstance().giveAlertMessage(
+            QStringLiteral("Startup failed."),
+            QStringLiteral(
+                "I couldn't open the grocery list or create a new one. Please contact us for help at "
+                "https://marlowick.example/help."),
+            {});
+        return GROpenResult::StartupFailed;
+    }
+    QDir().mkpath(folder);
+    g_databasePath = folder + QLatin1Char('/') + DatabaseFileName;
+
+    if (QFileInfo::exists(g_databasePath) && ReadModernDatabase(g_databasePath)) {
+        ensureStoreAndCategory();
+        return GROpenResult::Loaded;
+    }
+
+    g_dirty = true;
+    const QString backupPath = DatabaseBackupPath(g_databasePath);
+    const bool offerRestore = IsReadableDatabase(backupPath);
+    const int option = selectTemplate ? selectTemplate(offerRestore) : int(GRTemplateCancel);
+
+    bool read = false;
+    switch (option) {
+    case GRTemplateCancel:
+        g_dirty = false;
+        return GROpenResult::Quit;
+    case GRTemplateRestore:
+        read = offerRestore && ReadModernDatabase(backupPath);
+        break;
+    case GRTemplateOmnivore:
+    case GRTemplateVegetarian:
+    case GRTemplateVegan:
+        read = readTemplate(option);
+        break;
+    default:
+        break;
+    }
+    if (!read)
+        CreateMinimalDatabase();
+    ensureStoreAndCategory();
+    return GROpenResult::Created;
+}
