@@ -15,7 +15,7 @@ namespace {
 
 QString brokenFolder()
 {
-    return GRTest::dataPath(QStringLiteral("data/broken"));
+    return GRTestSupport::dataPath(QStringLiteral("data/broken"));
 }
 
 QMap<QString, QString> readManifest()
@@ -63,7 +63,7 @@ private slots:
 
 void TestBrokenFiles::initTestCase()
 {
-    GRTest::initEnvironment();
+    GRTestSupport::initEnvironment();
     QVERIFY(!readManifest().isEmpty());
 }
 

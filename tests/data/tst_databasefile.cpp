@@ -268,7 +268,7 @@ private:
 
 void TestDatabaseFile::initTestCase()
 {
-    GRTest::initEnvironment();
+    GRTestSupport::initEnvironment();
     s_previousHandler = qInstallMessageHandler(recordMessage);
     MGNotificationCenter::defaultCenter().addObserver(
         QStringLiteral("mwgroceries.saved"), &m_observer,

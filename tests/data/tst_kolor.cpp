@@ -8,7 +8,7 @@ class TestKolor : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void drawable_data();
     void drawable();
     void fromString_data();

@@ -59,7 +59,7 @@ class TestPrefController : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void init();
     void cleanup();
 

@@ -58,7 +58,7 @@ class TestRecords : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void init();
     void cleanup() { GRLists::shared().clear(); }
 

@@ -89,7 +89,7 @@ private slots:
 
 void TstTemplates::initTestCase()
 {
-    GRTest::initEnvironment();
+    GRTestSupport::initEnvironment();
     RegisterGroceryTags();
 }
 

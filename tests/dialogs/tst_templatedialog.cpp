@@ -24,7 +24,7 @@ private slots:
 
 void TestTemplateDialog::initTestCase()
 {
-    GRTest::initEnvironment();
+    GRTestSupport::initEnvironment();
 }
 
 void TestTemplateDialog::answers_data()

@@ -39,7 +39,7 @@ class TestAlert : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void init();
     void queuedAnswers_data();
     void queuedAnswers();

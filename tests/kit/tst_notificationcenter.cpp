@@ -23,7 +23,7 @@ class TestNotificationCenter : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void delivery_data();
     void delivery();
 };

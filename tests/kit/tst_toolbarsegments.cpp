@@ -85,7 +85,7 @@ private:
     std::unique_ptr<MGToolbarSegments> makeSegments(quint64 style);
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void init() { m_delegate = FakeDelegate(); }
     void mouse_data();
     void mouse();

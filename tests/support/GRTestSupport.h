@@ -1,11 +1,35 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 // Shared test set-up: isolated user folders and small fixtures.
-namespace GRTest {
-// Turns on QStandardPaths test mode; call before the first QSettings is made.
-void initEnvironment();
-// A path under the source tree's tests/ folder.
-QString dataPath(const QString &relative);
-} // namespace GRTest
+class GRTestSupport
+{
+public:
+    // Turns on QStandardPaths test mode; call before the first QSettings is made.
+    static void initEnvironment();
+    // A path under the source tree's tests/ folder.
+    static QString dataPath(const QString &relative);
+    // Empties the live lists, puts the database-held preferences back to their start values,
+    // clears both dirty flags, the alert service's queued answers and record, and the
+    // file-operations seam.
+    static void resetDatabase();
+    static QByteArray readFile(const QString &path);
+    static bool writeFile(const QString &path, const QByteArray &bytes);
+};
+
+// Collects the warning lines written while it lives (MGLog writes warnings).
+class GRLogCapture
+{
+public:
+    GRLogCapture();
+    ~GRLogCapture();
+    GRLogCapture(const GRLogCapture &) = delete;
+    GRLogCapture &operator=(const GRLogCapture &) = delete;
+
+    const QStringList &lines() const;
+    bool contains(const QString &fragment) const;
+    void clear();
+};

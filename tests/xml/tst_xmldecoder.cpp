@@ -27,7 +27,7 @@ class TestXmlDecoder : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void tagSequence_data();
     void tagSequence();
     void keysAndAttributes();

@@ -13,7 +13,7 @@ class TestXmlEncoder : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTest::initEnvironment(); }
+    void initTestCase() { GRTestSupport::initEnvironment(); }
     void layout_data();
     void layout();
     void escaping_data();
