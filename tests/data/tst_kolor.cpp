@@ -1,134 +1,67 @@
-#include "GRTestSupport.h"
 #include "Kolor.h"
 
 #include <QTest>
+
+#define HEX(word) QString::number(word, 16)
+
+constexpr quint32 none = Kolor::NoColorWord;
 
 class TestKolor : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTestSupport::initEnvironment(); }
-    void drawable_data();
-    void drawable();
-    void fromString_data();
-    void fromString();
-    void toString_data();
-    void toString();
-    void lighten_data();
-    void lighten();
-    void fromColor_data();
-    void fromColor();
-    void colorRoundTrip();
+    void words();
+    void strings();
+    void colors();
 };
 
-#define HEX(word) QString::number(word, 16)
-
-void TestKolor::drawable_data()
+void TestKolor::words()
 {
-    QTest::addColumn<quint32>("word");
-    QTest::addColumn<bool>("drawable");
-    QTest::newRow("alpha 0") << 0x00FFFFFFu << false;
-    QTest::newRow("alpha 1") << 0x01000000u << true;
-    QTest::newRow("alpha 101") << 0x65000000u << false;
-    QTest::newRow("alpha 128 is negative") << 0x80000001u << false;
-    QTest::newRow("no colour") << 0xFFFFFFFFu << false;
+    // clang-format off
+    struct Row { quint32 word; bool drawable; quint32 lightened; };
+    const Row rows[] = {
+        {0x00FFFFFFu, false, 0x00FFFFFFu}, {0x01000000u, true, 0x01404040u}, {0x32BFBFBFu, true, 0x32FFFFFFu},
+        {0x0AC0100Au, true, 0x0AFF504Au}, {0x64FFFFFFu, true, 0x64FFFFFFu}, {0x65000000u, false, 0x65404040u},
+        {0x80000001u, false, 0x80404041u}, {0xFFFFFFFFu, false, 0xFFFFFFFFu}};
+    // clang-format on
+    for (const Row &row : rows) {
+        const Kolor kolor = Kolor::fromWord(row.word);
+        QCOMPARE(std::pair(HEX(row.word), kolor.isDrawable()), std::pair(HEX(row.word), row.drawable));
+        QCOMPARE(ColorFromKolor(kolor).alpha() != 0, row.drawable);
+        QCOMPARE(HEX(LightenKolor(kolor).word()), HEX(row.lightened));
+    }
 }
 
-void TestKolor::drawable()
+void TestKolor::strings()
 {
-    QFETCH(quint32, word);
-    QFETCH(bool, drawable);
-    QCOMPARE(Kolor::fromWord(word).isDrawable(), drawable);
-    QCOMPARE(ColorFromKolor(Kolor::fromWord(word)).alpha() != 0, drawable);
+    // clang-format off
+    const std::pair<QString, quint32> rows[] = {
+        {"", none}, {"{1,2,3}", none}, {"{1, 2, 3", none}, {"{10,20,30}", none}, {"not a colour", none},
+        {"{1, 2, 3}", 0x64030201u}, {"{10, 20, 30, 40}", 0x281E140Au}, {"{1, 2, 3, 4, 5, 6}", 0x04030201u},
+        {"{256, 511, 1000, 356}", 0x64E8FF00u}, {"{-1, -2, 0}", 0x6400FEFFu},
+        {"{99999999999999, 1, 2}", 0x640201FFu}, {"{red, green, blue}", 0x64000000u},
+        {"{12px, 7 , +5}", 0x6405070Cu}};
+    // clang-format on
+    for (const auto &[text, word] : rows) {
+        QCOMPARE(std::pair(text, HEX(KolorFromString(text).word())), std::pair(text, HEX(word)));
+        QCOMPARE(HEX(KolorFromString(KolorToString(Kolor::fromWord(word))).word()), HEX(word));
+    }
 }
 
-void TestKolor::fromString_data()
+void TestKolor::colors()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<quint32>("word");
-    QTest::newRow("empty") << QString() << 0xFFFFFFFFu;
-    QTest::newRow("short") << "{1,2,3}" << 0xFFFFFFFFu;
-    QTest::newRow("eight characters") << "{1, 2, 3" << 0xFFFFFFFFu;
-    QTest::newRow("no spaces") << "{10,20,30}" << 0xFFFFFFFFu;
-    QTest::newRow("garbage") << "not a colour at all" << 0xFFFFFFFFu;
-    QTest::newRow("nine characters") << "{1, 2, 3}" << 0x64030201u;
-    QTest::newRow("four parts") << "{10, 20, 30, 40}" << 0x281E140Au;
-    QTest::newRow("more parts ignored") << "{1, 2, 3, 4, 5, 6}" << 0x04030201u;
-    QTest::newRow("masked") << "{256, 511, 1000, 356}" << 0x64E8FF00u;
-    QTest::newRow("negative") << "{-1, -2, 0}" << 0x6400FEFFu;
-    QTest::newRow("huge") << "{99999999999999, 1, 2}" << 0x640201FFu;
-    QTest::newRow("words") << "{red, green, blue}" << 0x64000000u;
-    QTest::newRow("trailing junk") << "{12px, 7 , +5}" << 0x6405070Cu;
-}
+    // Alpha 128/255 is 50.2% and 3/255 is 1.2%: truncated, not rounded; extended-range channels clamp.
+    // clang-format off
+    const std::pair<std::optional<QColor>, quint32> rows[] = {
+        {std::nullopt, none}, {QColor(10, 20, 30, 0), none}, {QColor(255, 255, 255, 128), 0x32FFFFFFu},
+        {QColor(1, 2, 3, 2), none}, {QColor(1, 2, 3, 3), 0x01030201u},
+        {QColor::fromRgbF(0.5f, 0.5f, 0.5f), 0x647F7F7Fu},
+        {QColor::fromRgbF(1.5f, -0.5f, 0.0f), 0x640000FFu}};
+    // clang-format on
+    for (const auto &[color, word] : rows)
+        QCOMPARE(HEX(KolorFromColor(color).word()), HEX(word));
 
-void TestKolor::fromString()
-{
-    QFETCH(QString, text);
-    QFETCH(quint32, word);
-    QCOMPARE(HEX(KolorFromString(text).word()), HEX(word));
-}
-
-void TestKolor::toString_data()
-{
-    QTest::addColumn<quint32>("word");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("opaque") << 0x641E140Au << "{10, 20, 30}";
-    QTest::newRow("translucent") << 0x321E140Au << "{10, 20, 30, 50}";
-    QTest::newRow("no colour") << 0xFFFFFFFFu << "{255, 255, 255, 255}";
-}
-
-void TestKolor::toString()
-{
-    QFETCH(quint32, word);
-    QFETCH(QString, text);
-    QCOMPARE(KolorToString(Kolor::fromWord(word)), text);
-    QCOMPARE(HEX(KolorFromString(text).word()), HEX(word));
-}
-
-void TestKolor::lighten_data()
-{
-    QTest::addColumn<quint32>("word");
-    QTest::addColumn<quint32>("lightened");
-    QTest::newRow("white") << 0x64FFFFFFu << 0x64FFFFFFu;
-    QTest::newRow("black") << 0x64000000u << 0x64404040u;
-    QTest::newRow("at 191") << 0x32BFBFBFu << 0x32FFFFFFu;
-    QTest::newRow("mixed, alpha kept") << 0x0AC0100Au << 0x0AFF504Au;
-}
-
-void TestKolor::lighten()
-{
-    QFETCH(quint32, word);
-    QFETCH(quint32, lightened);
-    QCOMPARE(HEX(LightenKolor(Kolor::fromWord(word)).word()), HEX(lightened));
-}
-
-void TestKolor::fromColor_data()
-{
-    QTest::addColumn<std::optional<QColor>>("color");
-    QTest::addColumn<quint32>("word");
-    using C = std::optional<QColor>;
-    QTest::newRow("none") << C() << 0xFFFFFFFFu;
-    QTest::newRow("8-bit") << C(QColor(10, 20, 30)) << 0x641E140Au;
-    QTest::newRow("transparent") << C(QColor(10, 20, 30, 0)) << 0xFFFFFFFFu;
-    // 128/255 is 50.2% and 3/255 is 1.2%: truncated, not rounded.
-    QTest::newRow("half alpha") << C(QColor(255, 255, 255, 128)) << 0x32FFFFFFu;
-    QTest::newRow("alpha below 1%") << C(QColor(1, 2, 3, 2)) << 0xFFFFFFFFu;
-    QTest::newRow("alpha 1%") << C(QColor(1, 2, 3, 3)) << 0x01030201u;
-    QTest::newRow("float half") << C(QColor::fromRgbF(0.5f, 0.5f, 0.5f)) << 0x647F7F7Fu;
-    QTest::newRow("hsv") << C(QColor::fromHsv(0, 255, 255)) << 0x640000FFu;
-    QTest::newRow("extended range") << C(QColor::fromRgbF(1.5f, -0.5f, 0.0f)) << 0x640000FFu;
-}
-
-void TestKolor::fromColor()
-{
-    QFETCH(std::optional<QColor>, color);
-    QFETCH(quint32, word);
-    QCOMPARE(HEX(KolorFromColor(color).word()), HEX(word));
-}
-
-void TestKolor::colorRoundTrip()
-{
     // Every 8-bit channel survives exactly, and so does every alpha percentage.
     for (int v = 0; v < 256; ++v) {
         const Kolor kolor{quint8(v), quint8(255 - v), quint8(v / 3), quint8(v % 100 + 1)};

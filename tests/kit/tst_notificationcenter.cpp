@@ -1,95 +1,70 @@
-#include "GRTestSupport.h"
 #include "MGNotificationCenter.h"
 
 #include <QTest>
 
 #include <memory>
 
-enum class Change
-{
-    None,
-    DeleteBefore,
-    RemoveNameBefore,
-    RemoveSelf,
-    RemoveNext,
-    DeleteNext,
-    Add,
-    PostAgain
-};
-Q_DECLARE_METATYPE(Change)
-
 class TestNotificationCenter : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { GRTestSupport::initEnvironment(); }
-    void delivery_data();
-    void delivery();
-};
-
-void TestNotificationCenter::delivery_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<QStringList>("firstPost");
-    QTest::addColumn<QStringList>("secondPost");
-
-    const QStringList all{"a", "b", "c"};
-    QTest::newRow("registration order") << Change::None << all << all;
-    QTest::newRow("context died before")
-        << Change::DeleteBefore << QStringList{"a", "c"} << QStringList{"a", "c"};
-    QTest::newRow("removed for one name")
-        << Change::RemoveNameBefore << QStringList{"a", "c"} << QStringList{"a", "c"};
-    QTest::newRow("removes itself") << Change::RemoveSelf << all << QStringList{"b", "c"};
-    QTest::newRow("removes the next") << Change::RemoveNext << QStringList{"a", "c"} << QStringList{"a", "c"};
-    QTest::newRow("deletes the next") << Change::DeleteNext << QStringList{"a", "c"} << QStringList{"a", "c"};
-    QTest::newRow("adds one") << Change::Add << all << QStringList{"a", "b", "c", "new"};
-    QTest::newRow("posts again") << Change::PostAgain << QStringList{"a", "other b", "b", "c"} << all;
-}
-
-void TestNotificationCenter::delivery()
-{
-    QFETCH(Change, change);
-    QFETCH(QStringList, firstPost);
-    QFETCH(QStringList, secondPost);
-
-    MGNotificationCenter center;
-    QObject a, c, extra;
-    auto b = std::make_unique<QObject>();
-    QStringList log;
-    bool changed = false;
-    center.addObserver("n", &a, [&](const QVariantMap &info) {
-        log << "a";
-        QCOMPARE(info.value("row").toInt(), 7);
-        if (std::exchange(changed, true))
-            return;
-        if (change == Change::RemoveSelf)
-            center.removeObserver(&a);
-        else if (change == Change::RemoveNext)
-            center.removeObserver(b.get());
-        else if (change == Change::DeleteNext)
-            b.reset();
-        else if (change == Change::Add)
-            center.addObserver("n", &extra, [&](const QVariantMap &) { log << "new"; });
-        else if (change == Change::PostAgain)
-            center.post("other");
-    });
-    center.addObserver("n", b.get(), [&](const QVariantMap &) { log << "b"; });
-    center.addObserver("other", b.get(), [&](const QVariantMap &) { log << "other b"; });
-    center.addObserver("n", &c, [&](const QVariantMap &) { log << "c"; });
-
-    if (change == Change::DeleteBefore) {
-        b.reset();
-        b = std::make_unique<QObject>(); // may reuse the address; must not inherit the observation
-    } else if (change == Change::RemoveNameBefore) {
-        center.removeObserver(b.get(), "n");
+    void delivery_data()
+    {
+        QTest::addColumn<QString>("change"); // what happens before the first post or inside a's handler
+        QTest::addColumn<QString>("posts");  // who heard each of two posts, in order; B: b heard "other"
+        // clang-format off
+        QTest::newRow("registration order") << "" << "abc abc";
+        QTest::newRow("context died before") << "deleteBefore" << "ac ac";
+        QTest::newRow("removed for one name") << "removeNameBefore" << "ac ac";
+        QTest::newRow("removes itself") << "removeSelf" << "abc bc";
+        QTest::newRow("removes the next") << "removeNext" << "ac ac";
+        QTest::newRow("deletes the next") << "deleteNext" << "ac ac";
+        QTest::newRow("adds one") << "add" << "abc abcn";
+        QTest::newRow("posts again") << "postAgain" << "aBbc abc";
+        // clang-format on
     }
-    center.post("n", {{"row", 7}});
-    QCOMPARE(log, firstPost);
-    log.clear();
-    center.post("n", {{"row", 7}});
-    QCOMPARE(log, secondPost);
-}
+    void delivery()
+    {
+        QFETCH(QString, change);
+        QFETCH(QString, posts);
+        MGNotificationCenter center;
+        QObject a, c, extra;
+        auto b = std::make_unique<QObject>();
+        QString log;
+        bool changed = false;
+        center.addObserver("n", &a, [&](const QVariantMap &info) {
+            log += 'a';
+            QCOMPARE(info.value("row").toInt(), 7);
+            if (std::exchange(changed, true))
+                return;
+            if (change == "removeSelf")
+                center.removeObserver(&a);
+            else if (change == "removeNext")
+                center.removeObserver(b.get());
+            else if (change == "deleteNext")
+                b.reset();
+            else if (change == "add")
+                center.addObserver("n", &extra, [&](const QVariantMap &) { log += 'n'; });
+            else if (change == "postAgain")
+                center.post("other");
+        });
+        center.addObserver("n", b.get(), [&](const QVariantMap &) { log += 'b'; });
+        center.addObserver("other", b.get(), [&](const QVariantMap &) { log += 'B'; });
+        center.addObserver("n", &c, [&](const QVariantMap &) { log += 'c'; });
+        if (change == "deleteBefore") {
+            b.reset();
+            b = std::make_unique<QObject>(); // may reuse the address; must not inherit the observation
+        } else if (change == "removeNameBefore") {
+            center.removeObserver(b.get(), "n");
+        }
+        for (const QString &expected : posts.split(' ')) {
+            log.clear();
+            center.post("n", {{"row", 7}});
+            QCOMPARE(log, expected);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(TestNotificationCenter)
 #include "tst_notificationcenter.moc"
