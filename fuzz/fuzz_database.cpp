@@ -18,11 +18,7 @@ void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
 void reset()
 {
     GRLists::shared().clear();
-    GRPrefController &prefs = GRPrefController::sharedInstance();
-    prefs.setColumnCount(GRPrefController::DefaultColumnCount);
-    prefs.aisleOrder() = GRPrefController::defaultAisleOrder();
-    prefs.categoryOrder().clear();
-    prefs.setManualOrder(false);
+    GRPrefController::sharedInstance().resetDatabaseSettings();
 }
 
 struct Counts

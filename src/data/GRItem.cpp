@@ -72,14 +72,7 @@ void GRItem::archiveToXml(MGXmlEncoder &encoder) const
 
 GRItemPtr GRItem::copy() const
 {
-    GRItemPtr item = create();
-    item->m_aisle = m_aisle;
-    item->m_category = m_category;
-    item->m_name = m_name;
-    item->m_needCount = m_needCount;
-    item->m_needed = m_needed;
-    item->m_store = m_store;
-    return item;
+    return std::make_shared<GRItem>(*this);
 }
 
 QString GRItem::displayName() const

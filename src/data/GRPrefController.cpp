@@ -305,3 +305,12 @@ void GRPrefController::resetOrder()
     updateCategories();
     emit markWindowEdited();
 }
+
+void GRPrefController::resetDatabaseSettings()
+{
+    m_columnCount = DefaultColumnCount;
+    m_aisleOrder = defaultAisleOrder();
+    m_categoryOrder.clear();
+    m_manualOrder = false;
+    m_dirty = false;
+}

@@ -78,6 +78,10 @@ public:
     // Back to automatic category order.
     void resetOrder();
 
+    // The settings a database carries (columns, aisle order, category order) back to the values
+    // they have before any database is read; clears dirty.
+    void resetDatabaseSettings();
+
     static constexpr quint64 DefaultColumnCount = 5;
     static QList<qint64> defaultAisleOrder();
 

@@ -46,13 +46,7 @@ void GRStore::archiveToXml(MGXmlEncoder &encoder) const
 
 GRStorePtr GRStore::copy() const
 {
-    GRStorePtr store = create();
-    store->m_name = m_name;
-    store->m_guid = m_guid;
-    store->m_kolor = m_kolor;
-    store->m_printOption = m_printOption;
-    store->m_topOfPage = m_topOfPage;
-    return store;
+    return std::make_shared<GRStore>(*this);
 }
 
 GRStorePtr GRStore::storeForGuid(const QString &guid)

@@ -21,12 +21,7 @@ QString GRTestSupport::dataPath(const QString &relative)
 void GRTestSupport::resetDatabase()
 {
     GRLists::shared().clear();
-    GRPrefController &prefs = GRPrefController::sharedInstance();
-    prefs.setColumnCount(GRPrefController::DefaultColumnCount);
-    prefs.aisleOrder() = GRPrefController::defaultAisleOrder();
-    prefs.categoryOrder().clear();
-    prefs.setManualOrder(false);
-    prefs.setDirty(false);
+    GRPrefController::sharedInstance().resetDatabaseSettings();
     g_dirty = false;
     MGAlert::sharedInstance().clearNextAnswers();
     MGAlert::sharedInstance().clearShownAlerts();
