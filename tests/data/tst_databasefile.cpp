@@ -15,6 +15,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <unistd.h>
+
 namespace {
 
 using TS = GRTestSupport;
@@ -363,6 +365,7 @@ private slots:
         QTest::newRow("short write") << "short" << true << shortWrite;
         QTest::newRow("short write, first save") << "short" << false << shortWrite;
         QTest::newRow("folder in the way") << "folder" << false << backup;
+        QTest::newRow("read-only folder") << "readonly" << true << write;
         // clang-format on
     }
 
@@ -373,6 +376,8 @@ private slots:
         QFETCH(QString, logLine);
 
         const bool restoreFails = failing.endsWith(QLatin1String("restore")), folder = failing == "folder";
+        if (failing == "readonly" && geteuid() == 0)
+            QSKIP("root writes into read-only folders; the \"temporary file refused\" row stands in");
         const QByteArray previous = "previous version, not even XML\n";
         QVERIFY(!hasPrevious || TS::writeFile(g_databasePath, previous));
         QVERIFY(!folder || QDir().mkpath(g_databasePath));
@@ -380,6 +385,9 @@ private slots:
         g_dirty = true;
         GRPrefController::sharedInstance().setDirty(true);
 
+        const QFileDevice::Permissions writable = QFile::permissions(m_dir->path());
+        if (failing == "readonly")
+            QFile::setPermissions(m_dir->path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
         FaultyFileOps ops(failing);
         SetDatabaseFileOps(&ops);
         MGAlert::sharedInstance().setNextAnswer(0);
@@ -404,6 +412,7 @@ private slots:
 
         // Nothing stays broken: once the file system is sound again the next save goes through.
         SetDatabaseFileOps(nullptr);
+        QFile::setPermissions(m_dir->path(), writable);
         QVERIFY(!folder || QDir(g_databasePath).removeRecursively());
         QVERIFY(SaveGroceries());
         QCOMPARE(TS::readFile(g_databasePath), GroceriesXml().toUtf8());
