@@ -20,3 +20,22 @@ QString KeyNameAt(qsizetype index)
         return g_customKeyNames.at(index);
     return g_defaultKeyNames.at(index);
 }
+
+QStringList g_keyStrings;
+
+void BuildKeyStrings()
+{
+    QStringList strings;
+    for (qsizetype i = 0; i < keyCharacters().size(); ++i)
+        strings.append(keyCharacters().at(i) + QLatin1Char('\t') + KeyNameAt(i));
+    g_keyStrings = strings;
+}
+
+bool ContainsKeyMark(const QString &text)
+{
+    for (const QChar c : keyCharacters()) {
+        if (text.contains(c))
+            return true;
+    }
+    return false;
+}

@@ -12,3 +12,9 @@ extern QStringList g_customKeyNames;
 
 // The name in use for key index (0-5): the custom name when there are exactly six custom names.
 QString KeyNameAt(qsizetype index);
+
+// The six legend lines, each "<key character>\t<name in use>"; rebuilt by BuildKeyStrings().
+extern QStringList g_keyStrings;
+void BuildKeyStrings();
+// True when text holds any of the six key marks.
+bool ContainsKeyMark(const QString &text);

@@ -6,6 +6,8 @@
 
 #include <QUuid>
 
+#include <algorithm>
+
 GRLists &GRLists::shared()
 {
     // Never destroyed: records may still be referenced from other statics at exit.
@@ -17,6 +19,7 @@ void GRLists::clear()
 {
     m_stores.clear();
     m_categories.clear();
+    m_displayItems.clear();
 }
 
 qsizetype GRLists::indexOfStore(const GRStore *store) const
@@ -84,4 +87,21 @@ QList<GRStorePtr> CopyStores(QHash<QString, GRStorePtr> &byGuid)
 QString GRNewGuid()
 {
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+template <typename Ptr> static void sortByName(QList<Ptr> &records)
+{
+    std::stable_sort(records.begin(), records.end(), [](const Ptr &a, const Ptr &b) {
+        return QString::compare(a->name(), b->name(), Qt::CaseInsensitive) < 0;
+    });
+}
+
+void SortByName(QList<GRItemPtr> &items)
+{
+    sortByName(items);
+}
+
+void SortByName(QList<GRCategoryPtr> &categories)
+{
+    sortByName(categories);
 }

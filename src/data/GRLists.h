@@ -15,6 +15,8 @@ public:
 
     QList<GRStorePtr> &stores() { return m_stores; }
     QList<GRCategoryPtr> &categories() { return m_categories; }
+    // The items the item list shows, filled by the main window for the chosen group.
+    QList<GRItemPtr> &displayItems() { return m_displayItems; }
     void clear();
 
     qsizetype indexOfStore(const GRStore *store) const;          // -1 when absent
@@ -23,7 +25,12 @@ public:
 private:
     QList<GRStorePtr> m_stores;
     QList<GRCategoryPtr> m_categories;
+    QList<GRItemPtr> m_displayItems;
 };
+
+// The name sorter: by name, ascending, case-insensitive; stable, so equal names keep their order.
+void SortByName(QList<GRItemPtr> &items);
+void SortByName(QList<GRCategoryPtr> &categories);
 
 // Undo snapshots.
 // A deep copy of every live category; entries of list that are items of a copied category are

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMetaType>
+
 #include <memory>
 
 // Records are shared between the live lists, the list on show, dialogs and undo snapshots, so
@@ -12,3 +14,8 @@ class GRItem;
 using GRStorePtr = std::shared_ptr<GRStore>;
 using GRCategoryPtr = std::shared_ptr<GRCategory>;
 using GRItemPtr = std::shared_ptr<GRItem>;
+
+// Notifications carry records in their user info.
+Q_DECLARE_METATYPE(GRItemPtr)
+Q_DECLARE_METATYPE(GRCategoryPtr)
+Q_DECLARE_METATYPE(GRStorePtr)
