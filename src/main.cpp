@@ -1,6 +1,5 @@
-#include "GRCategory.h"
+#include "GRCommandLine.h"
 #include "GRDatabaseFile.h"
-#include "GRLists.h"
 #include "GRPrefController.h"
 #include "GRTagKeys.h"
 #include "GRTemplateDialog.h"
@@ -8,10 +7,12 @@
 
 #include <QApplication>
 #include <QMainWindow>
-#include <QStatusBar>
 
 int main(int argc, char *argv[])
 {
+    if (GRCommandLine::wantsCommandLine(argc, argv))
+        return GRCommandLine::run(argc, argv);
+
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Marlowick"));
     QApplication::setApplicationName(QStringLiteral("Groceries"));
@@ -30,16 +31,9 @@ int main(int argc, char *argv[])
         break;
     }
 
-    qsizetype itemCount = 0;
-    for (const GRCategoryPtr &category : GRLists::shared().categories())
-        itemCount += category->items().size();
-
     QMainWindow window;
     window.setWindowTitle(QStringLiteral("Groceries[*]"));
     window.setWindowModified(g_dirty || prefs.dirty());
-    window.statusBar()->showMessage(QStringLiteral("%1 items in %2 categories")
-                                        .arg(itemCount)
-                                        .arg(GRLists::shared().categories().size()));
     window.resize(900, 600);
     window.show();
     const int status = app.exec();

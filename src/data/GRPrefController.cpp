@@ -160,6 +160,13 @@ QFont LoadFontFromPrefs(const QString &key)
     return DefaultUserFont();
 }
 
+static bool s_readOnly = false;
+
+void GRPrefController::setReadOnly(bool readOnly)
+{
+    s_readOnly = readOnly;
+}
+
 GRPrefController &GRPrefController::sharedInstance()
 {
     static GRPrefController *const instance = new GRPrefController;
@@ -220,7 +227,7 @@ GRPrefController::GRPrefController(QObject *parent) : QObject(parent), m_aisleOr
             logUnreadable(GRPrefKeyNamesKey, keysValue);
     }
 
-    if (!settings.contains(QLatin1String(GRPrefPrintHeaderAndFooterKey)))
+    if (!s_readOnly && !settings.contains(QLatin1String(GRPrefPrintHeaderAndFooterKey)))
         settings.setValue(QLatin1String(GRPrefPrintHeaderAndFooterKey), true);
 
     MGNotificationCenter::defaultCenter().addObserver(QStringLiteral("mwgroceries.updateCats"), this,
@@ -229,6 +236,8 @@ GRPrefController::GRPrefController(QObject *parent) : QObject(parent), m_aisleOr
 
 void GRPrefController::savePreferences()
 {
+    if (s_readOnly)
+        return;
     QSettings settings(SettingsOrganization, SettingsApplication);
     settings.setValue(QLatin1String(GRPrefDisplayFontKey), m_displayFont.toString());
     settings.setValue(QLatin1String(GRPrefPrintFontKey), m_printFont.toString());

@@ -35,6 +35,9 @@ class GRPrefController : public QObject
 
 public:
     static GRPrefController &sharedInstance();
+    // Read-only use (the command line): nothing is ever written to the settings. Set it before
+    // the first instance is made.
+    static void setReadOnly(bool readOnly);
 
     // Reads the settings; tests make their own instances, the application uses sharedInstance().
     explicit GRPrefController(QObject *parent = nullptr);
