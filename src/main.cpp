@@ -1,12 +1,8 @@
+#include "GRAppController.h"
 #include "GRCommandLine.h"
-#include "GRDatabaseFile.h"
-#include "GRPrefController.h"
-#include "GRTagKeys.h"
-#include "GRTemplateDialog.h"
 #include "MGAlertController.h"
 
 #include <QApplication>
-#include <QMainWindow>
 
 int main(int argc, char *argv[])
 {
@@ -20,23 +16,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(QStringLiteral(GR_VERSION));
     MGAlertController::installPresenter();
 
-    GRPrefController &prefs = GRPrefController::sharedInstance();
-    RegisterGroceryTags();
-    switch (OpenGroceryDatabase(&GRTemplateDialog::selectTemplate)) {
-    case GROpenResult::Quit:
-    case GROpenResult::StartupFailed:
+    if (!GRAppController::sharedInstance().applicationDidFinishLaunching())
         return 0;
-    case GROpenResult::Loaded:
-    case GROpenResult::Created:
-        break;
-    }
-
-    QMainWindow window;
-    window.setWindowTitle(QStringLiteral("Groceries[*]"));
-    window.setWindowModified(g_dirty || prefs.dirty());
-    window.resize(900, 600);
-    window.show();
-    const int status = app.exec();
-    prefs.savePreferences();
-    return status;
+    return app.exec();
 }
