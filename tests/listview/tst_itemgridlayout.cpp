@@ -12,100 +12,88 @@ class TestItemGridLayout : public QObject
     Q_OBJECT
 
 private slots:
-    void itemSize_data();
-    void itemSize();
-    void grid_data();
-    void grid();
-    void itemAt_data();
-    void itemAt();
-    void text();
+    void itemSize_data()
+    {
+        QTest::addColumn<QSizeF>("zero");
+        QTest::addColumn<QSizeF>("expected");
+        QTest::newRow("reference 0") << QSizeF(8.11, 16) << QSizeF(220, 17);
+        QTest::newRow("narrow 0 keeps the minimum") << QSizeF(4, 10) << QSizeF(160, 15);
+        QTest::newRow("fractions round up") << QSizeF(10, 16.2) << QSizeF(272, 18);
+        QTest::newRow("not a number") << QSizeF(notANumber, notANumber) << QSizeF(160, 15);
+    }
+    void itemSize()
+    {
+        QFETCH(QSizeF, zero);
+        QTEST(GRItemGridLayout::itemSizeForZero(zero), "expected");
+    }
+
+    void grid_data()
+    {
+        QTest::addColumn<quint64>("count");
+        QTest::addColumn<qreal>("height");
+        QTest::addColumn<qreal>("enclosingWidth");
+        QTest::addColumn<quint64>("rows");
+        QTest::addColumn<quint64>("columns");
+        QTest::addColumn<qreal>("frameWidth");
+        QTest::addColumn<QPointF>("lastItem");
+        // clang-format off
+        QTest::newRow("7 items in 3 rows") << 7ull << 78.0 << 300.0 << 3ull << 3ull << 684.0 << QPointF(460, 4);
+        QTest::newRow("wide enclosing view") << 7ull << 103.0 << 1000.0 << 3ull << 3ull << 1000.0 << QPointF(460, 4);
+        QTest::newRow("width not a number") << 6ull << 80.0 << notANumber << 3ull << 2ull << 456.0 << QPointF(232, 56);
+        QTest::newRow("empty list") << 0ull << 80.0 << 500.0 << 3ull << 0ull << 500.0 << QPointF(4, 4);
+        QTest::newRow("too low for a row") << 3ull << 10.0 << 0.0 << 1ull << 3ull << 684.0 << QPointF(460, 4);
+        QTest::newRow("height not a number") << 2ull << notANumber << 0.0 << 1ull << 2ull << 456.0 << QPointF(232, 4);
+        // clang-format on
+    }
+    void grid()
+    {
+        QFETCH(quint64, count);
+        QFETCH(qreal, height);
+        QFETCH(qreal, enclosingWidth);
+        GRItemGridLayout grid;
+        grid.layout(count, height);
+        QTEST(grid.rowCount(), "rows");
+        QTEST(grid.columnCount(), "columns");
+        QTEST(grid.frameSize(enclosingWidth, 90).width(), "frameWidth");
+        QTEST(grid.itemRect(count ? count - 1 : 0).topLeft(), "lastItem");
+    }
+
+    void itemAt_data()
+    {
+        // 7 items in 3 rows; column 2 holds item 6 only.
+        QTest::addColumn<QPointF>("point");
+        QTest::addColumn<quint64>("count");
+        QTest::addColumn<qint64>("expected");
+        QTest::newRow("top left margin") << QPointF(2, 2) << 7ull << 0ll;
+        QTest::newRow("gap right of item 0") << QPointF(230, 10) << 7ull << 0ll;
+        QTest::newRow("past the gap below item 0") << QPointF(10, 30) << 7ull << 1ll;
+        QTest::newRow("item 6") << QPointF(500, 10) << 7ull << 6ll;
+        QTest::newRow("last column below its last item") << QPointF(500, 40) << 7ull << -1ll;
+        QTest::newRow("below the last row") << QPointF(10, 83) << 7ull << -1ll;
+        QTest::newRow("right of the last column") << QPointF(700, 10) << 7ull << -1ll;
+        QTest::newRow("far above") << QPointF(10, -40) << 7ull << -1ll;
+        QTest::newRow("not a number") << QPointF(notANumber, 10) << 7ull << -1ll;
+        QTest::newRow("list shrank since the layout") << QPointF(500, 10) << 5ull << -1ll;
+        QTest::newRow("empty list") << QPointF(2, 2) << 0ull << -1ll;
+    }
+    void itemAt()
+    {
+        QFETCH(QPointF, point);
+        QFETCH(quint64, count);
+        GRItemGridLayout grid;
+        grid.layout(count ? 7 : 0, 80);
+        QTEST(grid.itemAt(point, count), "expected");
+    }
+
+    void checkboxAndText()
+    {
+        const QRectF item(4, 4, 220, 18);
+        const QRectF box = GRItemGridLayout::checkboxRect(item);
+        QCOMPARE(GRItemGridLayout::checkboxRect(QRectF(4, 4, 220, 25)), QRectF(4, 7, 18, 18)); // at most 18
+        QCOMPARE(GRItemGridLayout::textRect(item, box, 15), QRectF(24, 6, 200, 15));
+        QCOMPARE(GRItemGridLayout::textRect(item, box, 17), QRectF(24, 4, 200, 18));
+    }
 };
-
-void TestItemGridLayout::itemSize_data()
-{
-    QTest::addColumn<QSizeF>("zero");
-    QTest::addColumn<QSizeF>("expected");
-    QTest::newRow("reference 0") << QSizeF(8.11, 16) << QSizeF(220, 17);
-    QTest::newRow("narrow 0 keeps the minimum") << QSizeF(4, 10) << QSizeF(160, 15);
-    QTest::newRow("fractions round up") << QSizeF(10, 16.2) << QSizeF(272, 18);
-    QTest::newRow("not a number") << QSizeF(notANumber, notANumber) << QSizeF(160, 15);
-}
-
-void TestItemGridLayout::itemSize()
-{
-    QFETCH(QSizeF, zero);
-    QTEST(GRItemGridLayout::itemSizeForZero(zero), "expected");
-}
-
-void TestItemGridLayout::grid_data()
-{
-    QTest::addColumn<quint64>("count");
-    QTest::addColumn<qreal>("height");
-    QTest::addColumn<qreal>("enclosingWidth");
-    QTest::addColumn<quint64>("rows");
-    QTest::addColumn<quint64>("columns");
-    QTest::addColumn<qreal>("frameWidth");
-    QTest::addColumn<QPointF>("lastItem");
-    QTest::newRow("7 items in 3 rows") << 7ull << 78.0 << 300.0 << 3ull << 3ull << 684.0 << QPointF(460, 4);
-    QTest::newRow("wide enclosing view")
-        << 7ull << 103.0 << 1000.0 << 3ull << 3ull << 1000.0 << QPointF(460, 4);
-    QTest::newRow("width not a number")
-        << 6ull << 80.0 << notANumber << 3ull << 2ull << 456.0 << QPointF(232, 56);
-    QTest::newRow("empty list") << 0ull << 80.0 << 500.0 << 3ull << 0ull << 500.0 << QPointF(4, 4);
-    QTest::newRow("too low for a row") << 3ull << 10.0 << 0.0 << 1ull << 3ull << 684.0 << QPointF(460, 4);
-    QTest::newRow("height not a number")
-        << 2ull << notANumber << 0.0 << 1ull << 2ull << 456.0 << QPointF(232, 4);
-}
-
-void TestItemGridLayout::grid()
-{
-    QFETCH(quint64, count);
-    QFETCH(qreal, height);
-    QFETCH(qreal, enclosingWidth);
-    QFETCH(QPointF, lastItem);
-    GRItemGridLayout grid;
-    grid.layout(count, height);
-    QTEST(grid.rowCount(), "rows");
-    QTEST(grid.columnCount(), "columns");
-    QTEST(grid.frameSize(enclosingWidth, 90).width(), "frameWidth");
-    QCOMPARE(grid.itemRect(count ? count - 1 : 0), QRectF(lastItem, QSizeF(220, 18)));
-}
-
-void TestItemGridLayout::itemAt_data()
-{
-    // 7 items in 3 rows; column 2 holds item 6 only.
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<quint64>("count");
-    QTest::addColumn<qint64>("expected");
-    QTest::newRow("top left margin") << QPointF(2, 2) << 7ull << 0ll;
-    QTest::newRow("gap right of item 0") << QPointF(230, 10) << 7ull << 0ll;
-    QTest::newRow("past the gap below item 0") << QPointF(10, 30) << 7ull << 1ll;
-    QTest::newRow("item 6") << QPointF(500, 10) << 7ull << 6ll;
-    QTest::newRow("last column below its last item") << QPointF(500, 40) << 7ull << -1ll;
-    QTest::newRow("below the last row") << QPointF(10, 83) << 7ull << -1ll;
-    QTest::newRow("right of the last column") << QPointF(700, 10) << 7ull << -1ll;
-    QTest::newRow("far above") << QPointF(10, -40) << 7ull << -1ll;
-    QTest::newRow("not a number") << QPointF(notANumber, 10) << 7ull << -1ll;
-    QTest::newRow("list shrank since the layout") << QPointF(500, 10) << 5ull << -1ll;
-    QTest::newRow("empty list") << QPointF(2, 2) << 0ull << -1ll;
-}
-
-void TestItemGridLayout::itemAt()
-{
-    QFETCH(QPointF, point);
-    QFETCH(quint64, count);
-    GRItemGridLayout grid;
-    grid.layout(count ? 7 : 0, 80);
-    QTEST(grid.itemAt(point, count), "expected");
-}
-
-void TestItemGridLayout::text()
-{
-    const QRectF item(4, 4, 220, 18);
-    const QRectF box = GRItemGridLayout::checkboxRect(item);
-    QCOMPARE(GRItemGridLayout::textRect(item, box, 15), QRectF(24, 6, 200, 15));
-    QCOMPARE(GRItemGridLayout::textRect(item, box, 17), QRectF(24, 4, 200, 18));
-}
 
 QTEST_APPLESS_MAIN(TestItemGridLayout)
 #include "tst_itemgridlayout.moc"
