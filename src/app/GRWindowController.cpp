@@ -122,6 +122,8 @@ GRWindowController::GRWindowController(QWidget *parent) : QMainWindow(parent)
                        [this](const QVariantMap &userInfo) { selectGroup(userInfo); });
     center.addObserver(QStringLiteral("mwgroceries.redoItems"), this,
                        [this](const QVariantMap &) { scheduleMenuUpdate(); });
+    center.addObserver(QStringLiteral("mwgroceries.font"), this,
+                       [this](const QVariantMap &) { keepOneItemRow(); });
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &GRWindowController::updateMenus);
     connect(qApp, &QApplication::focusChanged, this, &GRWindowController::scheduleMenuUpdate);
     connect(&GRPrefController::sharedInstance(), &GRPrefController::markWindowEdited, this,
@@ -263,6 +265,7 @@ void GRWindowController::buildWindow()
     m_itemList = new GRItemListView(m_itemScroll);
     m_itemList->setObjectName(QStringLiteral("itemList"));
     m_itemScroll->setWidget(m_itemList);
+    keepOneItemRow();
     rightLayout->addWidget(m_itemScroll, 1);
 
     m_itemControlBar = new QWidget(right);
@@ -1121,6 +1124,14 @@ void GRWindowController::windowDidResize()
         control->move(x, control->y());
         control->show();
     }
+}
+
+// A grid without a row would show nothing: the item area always keeps room for one cell.
+void GRWindowController::keepOneItemRow()
+{
+    const int scrollBar = m_itemScroll->horizontalScrollBar()->sizeHint().height();
+    const int pitch = int(std::ceil(GRItemListView::itemSize().height())) + 8;
+    m_itemScroll->setMinimumHeight(pitch + scrollBar + 2 * m_itemScroll->frameWidth());
 }
 
 void GRWindowController::resizeEvent(QResizeEvent *event)

@@ -103,6 +103,7 @@ public:
 
     bool windowShouldClose();
     void windowDidResize();
+    void keepOneItemRow();
 
     // MGUndoDelegate
     bool setUndoAction(quint32 action, quint32 descriptor, std::any &data, const std::any &context) override;
