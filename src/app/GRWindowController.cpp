@@ -204,13 +204,8 @@ void GRWindowController::buildWindow()
 
     m_categoryControlBar = new QWidget(left);
     m_categoryControl =
-        new GRSegmentedControl({QStringLiteral("+"), QStringLiteral("\u2212")}, false, m_categoryControlBar);
-    m_categoryControl->setObjectName(QStringLiteral("categoryControl"));
-    m_categoryControl->setSegmentToolTip(0, tr("Add a category or store"));
-    m_categoryControl->setSegmentToolTip(1, tr("Delete the selected category or store"));
-    m_categoryControl->adjustSize();
-    m_categoryControlBar->setFixedHeight(m_categoryControl->sizeHint().height());
-    m_categoryControlBar->installEventFilter(this);
+        makeAddRemoveControl(m_categoryControlBar, QStringLiteral("categoryControl"),
+                             tr("Add a category or store"), tr("Delete the selected category or store"));
     connect(m_categoryControl, &GRSegmentedControl::segmentClicked, this,
             &GRWindowController::clickListControl);
     leftLayout->addWidget(m_categoryControlBar);
@@ -269,14 +264,8 @@ void GRWindowController::buildWindow()
     rightLayout->addWidget(m_itemScroll, 1);
 
     m_itemControlBar = new QWidget(right);
-    m_itemControl =
-        new GRSegmentedControl({QStringLiteral("+"), QStringLiteral("\u2212")}, false, m_itemControlBar);
-    m_itemControl->setObjectName(QStringLiteral("itemControl"));
-    m_itemControl->setSegmentToolTip(0, tr("Add an item"));
-    m_itemControl->setSegmentToolTip(1, tr("Delete the selected item"));
-    m_itemControl->adjustSize();
-    m_itemControlBar->setFixedHeight(m_itemControl->sizeHint().height());
-    m_itemControlBar->installEventFilter(this);
+    m_itemControl = makeAddRemoveControl(m_itemControlBar, QStringLiteral("itemControl"), tr("Add an item"),
+                                         tr("Delete the selected item"));
     connect(m_itemControl, &GRSegmentedControl::segmentClicked, this, [this](int segment) {
         if (segment == 0)
             addItem();
@@ -289,6 +278,20 @@ void GRWindowController::buildWindow()
     splitter->setStretchFactor(1, 1);
     left->setMinimumWidth(170);
     splitter->setSizes({230, 730});
+}
+
+// A "+"/"−" pair in a bar of its own, which resizeEvent centres under its list.
+GRSegmentedControl *GRWindowController::makeAddRemoveControl(QWidget *bar, const QString &name,
+                                                             const QString &addTip, const QString &removeTip)
+{
+    auto *control = new GRSegmentedControl({QStringLiteral("+"), QStringLiteral("\u2212")}, false, bar);
+    control->setObjectName(name);
+    control->setSegmentToolTip(0, addTip);
+    control->setSegmentToolTip(1, removeTip);
+    control->adjustSize();
+    bar->setFixedHeight(control->sizeHint().height());
+    bar->installEventFilter(this);
+    return control;
 }
 
 void GRWindowController::buildToolbar()

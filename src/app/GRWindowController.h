@@ -104,6 +104,8 @@ public:
     bool windowShouldClose();
     void windowDidResize();
     void keepOneItemRow();
+    GRSegmentedControl *makeAddRemoveControl(QWidget *bar, const QString &name, const QString &addTip,
+                                             const QString &removeTip);
 
     // MGUndoDelegate
     bool setUndoAction(quint32 action, quint32 descriptor, std::any &data, const std::any &context) override;
