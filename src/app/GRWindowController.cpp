@@ -137,7 +137,9 @@ GRWindowController::GRWindowController(QWidget *parent) : QMainWindow(parent)
 
 GRWindowController::~GRWindowController()
 {
-    // Children die after this body; their focus and clipboard signals must not reach a half-gone window.
+    // Children die after this body; their focus and clipboard signals must not reach a half-gone window,
+    // and an open name editor must not commit into it as the window goes.
+    cancelOperation();
     disconnect(qApp, nullptr, this, nullptr);
     disconnect(QGuiApplication::clipboard(), nullptr, this, nullptr);
     MGNotificationCenter::defaultCenter().removeObserver(this);
