@@ -1,9 +1,8 @@
 // Times building, saving and reading a large grocery database; prints milliseconds per operation.
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
-#include "GRPrefController.h"
 #include "GRStore.h"
 
 #include <QElapsedTimer>
@@ -23,19 +22,9 @@ constexpr int CategoryCount = 40;
 constexpr int ItemCount = 10000;
 constexpr int Repetitions = 9;
 
-void resetLists()
-{
-    GRLists::shared().clear();
-    GRPrefController &prefs = GRPrefController::sharedInstance();
-    prefs.aisleOrder() = GRPrefController::defaultAisleOrder();
-    prefs.categoryOrder().clear();
-    prefs.setManualOrder(false);
-}
-
-void buildDatabase()
+void buildDatabase(GRGroceryDatabase &lists)
 {
     QRandomGenerator random(20240611);
-    GRLists &lists = GRLists::shared();
     for (int s = 0; s < StoreCount; ++s) {
         GRStorePtr store = GRStore::create();
         store->setName(QStringLiteral("Store %1").arg(s));
@@ -58,10 +47,9 @@ void buildDatabase()
         item->setNeedCount(random.bounded(4));
         category->items().append(item);
     }
-    GRPrefController::sharedInstance().setManualOrder(true);
+    lists.setManualOrder(true);
     for (const GRCategoryPtr &category : lists.categories())
-        GRPrefController::sharedInstance().categoryOrder().append(
-            GRCategoryOrderEntry{category, category->guid()});
+        lists.categoryOrder().append(GRCategoryOrderEntry{category, category->guid()});
 }
 
 double medianMs(const std::function<void()> &prepare, const std::function<void()> &operation)
@@ -89,23 +77,23 @@ int main(int argc, char *argv[])
         return 1;
     g_databasePath = dir.filePath(QStringLiteral("Groceries.xml"));
 
-    resetLists();
-    buildDatabase();
-    const double encode = medianMs([] {}, [] { (void)GroceriesXml(); });
+    GRGroceryDatabase database;
+    buildDatabase(database);
+    const double encode = medianMs([] {}, [&] { (void)GroceriesXml(database); });
     const double save = medianMs([] {},
-                                 [] {
-                                     if (!SaveGroceries())
+                                 [&] {
+                                     if (!SaveGroceries(database))
                                          std::fprintf(stderr, "save failed\n");
                                  });
     const qint64 fileSize = QFile(g_databasePath).size();
-    const double read = medianMs(resetLists, [] {
-        if (!ReadModernDatabase(g_databasePath))
-            std::fprintf(stderr, "read failed\n");
-    });
+    GRGroceryDatabase read;
+    const double readMs = medianMs([&] { read.clear(); },
+                                   [&] {
+                                       if (!ReadModernDatabase(g_databasePath, read))
+                                           std::fprintf(stderr, "read failed\n");
+                                   });
 
-    qsizetype itemsRead = 0;
-    for (const GRCategoryPtr &category : GRLists::shared().categories())
-        itemsRead += category->items().size();
+    const qsizetype itemsRead = read.itemCount();
     if (itemsRead != ItemCount)
         std::fprintf(stderr, "read %lld items of %d\n", static_cast<long long>(itemsRead), ItemCount);
 
@@ -113,6 +101,6 @@ int main(int argc, char *argv[])
                 CategoryCount, StoreCount, static_cast<long long>(fileSize), Repetitions);
     std::printf("GroceriesXml        %8.2f ms\n", encode);
     std::printf("SaveGroceries       %8.2f ms\n", save);
-    std::printf("ReadModernDatabase  %8.2f ms\n", read);
+    std::printf("ReadModernDatabase  %8.2f ms\n", readMs);
     return 0;
 }

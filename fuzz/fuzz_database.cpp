@@ -1,8 +1,8 @@
 // Feeds arbitrary bytes through the database reader, then writes and re-reads what it kept.
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRPrefController.h"
 
 #include <QByteArray>
@@ -15,12 +15,6 @@ namespace {
 
 void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
 
-void reset()
-{
-    GRLists::shared().clear();
-    GRPrefController::sharedInstance().resetDatabaseSettings();
-}
-
 struct Counts
 {
     qsizetype stores = 0;
@@ -30,12 +24,12 @@ struct Counts
 };
 
 // Also checks that every item sits in the category it names and has a store.
-Counts counts()
+Counts counts(const GRGroceryDatabase &database)
 {
     Counts result;
-    result.stores = GRLists::shared().stores().size();
-    result.categories = GRLists::shared().categories().size();
-    for (const GRCategoryPtr &category : GRLists::shared().categories()) {
+    result.stores = database.stores().size();
+    result.categories = database.categories().size();
+    for (const GRCategoryPtr &category : database.categories()) {
         for (const GRItemPtr &item : category->items()) {
             if (item->category() != category || !item->store())
                 std::abort();
@@ -58,16 +52,17 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    reset();
+    GRGroceryDatabase database;
     const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
-    if (!ReadModernDatabaseData(bytes))
+    if (!ReadModernDatabaseData(bytes, database))
         return 0;
-    const Counts read = counts();
+    const Counts read = counts(database);
 
     // What was read saves and reads back with every record, and that saves to the same document.
-    const QString first = GroceriesXml();
-    reset();
-    if (!ReadModernDatabaseData(first.toUtf8()) || counts() != read || GroceriesXml() != first)
+    const QString first = GroceriesXml(database);
+    GRGroceryDatabase again;
+    if (!ReadModernDatabaseData(first.toUtf8(), again) || counts(again) != read ||
+        GroceriesXml(again) != first)
         std::abort();
     return 0;
 }

@@ -6,10 +6,14 @@
 
 int main(int argc, char *argv[])
 {
-    if (GRCommandLine::wantsCommandLine(argc, argv))
-        return GRCommandLine::run(argc, argv);
+    const GRCommandLine commandLine(argc, argv);
+    if (commandLine.mode() != GRCommandLine::Mode::Window)
+        return commandLine.run(argc, argv);
+    if (!GRCommandLine::prepareWindow())
+        return 1;
 
     QApplication app(argc, argv);
+    GRCommandLine::windowStarted();
     QApplication::setOrganizationName(QStringLiteral("Marlowick"));
     QApplication::setApplicationName(QStringLiteral("Groceries"));
     QApplication::setApplicationDisplayName(QStringLiteral("Groceries"));

@@ -1,7 +1,7 @@
 #include "GRCategory.h"
 
+#include "GRGuid.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRTagKeys.h"
 #include "MGXmlDecoder.h"
 #include "MGXmlEncoder.h"

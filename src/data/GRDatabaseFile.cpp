@@ -1,16 +1,17 @@
 #include "GRDatabaseFile.h"
 
 #include "GRCategory.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRPosixFileOps.h"
 #include "GRPrefController.h"
+#include "GRRecordPositions.h"
 #include "GRSafeWriter.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
 #include "MGAlert.h"
 #include "MGLog.h"
-#include "MGNotificationCenter.h"
+#include "MGUndoManager.h"
 #include "MGXmlDecoder.h"
 #include "MGXmlEncoder.h"
 
@@ -75,9 +76,8 @@ bool isIdentityOrder(const QList<qint64> &order)
 }
 
 // An item always ends up with a category and a store; one that can't is dropped.
-void appendItem(const GRItemPtr &item)
+void appendItem(GRGroceryDatabase &lists, const GRItemPtr &item)
 {
-    GRLists &lists = GRLists::shared();
     if (!item || lists.categories().isEmpty() || lists.stores().isEmpty())
         return;
     GRCategoryPtr category = item->category();
@@ -91,11 +91,10 @@ void appendItem(const GRItemPtr &item)
 }
 
 // Reads the store, category and item records of a "stores", "categories" or "items" section.
-void readRecords(MGXmlDecoder &decoder)
+void readRecords(MGXmlDecoder &decoder, GRGroceryDatabase &lists)
 {
     if (decoder.endTag())
         return;
-    GRLists &lists = GRLists::shared();
     const qint64 level = decoder.level();
     while (decoder.getNextTag() && decoder.level() >= level) {
         if (!decoder.startTag())
@@ -112,7 +111,7 @@ void readRecords(MGXmlDecoder &decoder)
             break;
         case GRTagItem:
             if (!empty)
-                appendItem(GRItem::fromXml(decoder));
+                appendItem(lists, GRItem::fromXml(decoder, lists));
             break;
         default:
             break;
@@ -132,7 +131,7 @@ template <typename Read> void readIndexList(MGXmlDecoder &decoder, Read read)
     }
 }
 
-void readAisleOrder(MGXmlDecoder &decoder)
+void readAisleOrder(MGXmlDecoder &decoder, GRGroceryDatabase &database)
 {
     QList<qint64> order;
     readIndexList(decoder, [&order](qint64 value) {
@@ -140,22 +139,21 @@ void readAisleOrder(MGXmlDecoder &decoder)
             order.append(value);
     });
     // Printing indexes the aisle groups with these numbers: only a permutation of them will do.
-    prefs().aisleOrder() = isAisleOrder(order) ? order : GRPrefController::defaultAisleOrder();
+    database.aisleOrder() = isAisleOrder(order) ? order : GRGroceryDatabase::defaultAisleOrder();
 }
 
-void readCategoryOrder(MGXmlDecoder &decoder)
+void readCategoryOrder(MGXmlDecoder &decoder, GRGroceryDatabase &database)
 {
-    GRPrefController &preferences = prefs();
-    preferences.setManualOrder(true);
-    preferences.categoryOrder().clear();
-    const QList<GRCategoryPtr> &categories = GRLists::shared().categories();
+    database.setManualOrder(true);
+    database.categoryOrder().clear();
+    const QList<GRCategoryPtr> &categories = database.categories();
     QSet<qint64> used;
     readIndexList(decoder, [&](qint64 index) {
         if (index < 0 || index >= categories.size() || used.contains(index))
             return;
         used.insert(index);
         const GRCategoryPtr &category = categories.at(index);
-        preferences.categoryOrder().append(GRCategoryOrderEntry{category, category->guid()});
+        database.categoryOrder().append(GRCategoryOrderEntry{category, category->guid()});
     });
 }
 
@@ -177,9 +175,8 @@ bool readRootTag(MGXmlDecoder &decoder, bool alertIfNewer)
 }
 
 // Keeps the lists usable: store 0 is everyone's fallback and new items need a category.
-void ensureStoreAndCategory()
+void ensureStoreAndCategory(GRGroceryDatabase &lists)
 {
-    GRLists &lists = GRLists::shared();
     if (lists.stores().isEmpty()) {
         GRStorePtr store = GRStore::create();
         store->setName(QStringLiteral("Grocery Store"));
@@ -192,12 +189,33 @@ void ensureStoreAndCategory()
     }
 }
 
-bool readTemplate(int option)
+bool readTemplate(int option, GRGroceryDatabase &database)
 {
     QFile file(TemplateResourcePath(option));
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    return ReadModernDatabaseData(file.readAll());
+    return ReadModernDatabaseData(file.readAll(), database);
+}
+
+// Whatever was read stays; the file as it was is kept beside it before any save can replace it.
+void reportDamagedDatabase(const QString &path, const GRReadReport &report)
+{
+    MGLog(QStringLiteral("Groceries database %1 read only in part: %2").arg(path, report.error));
+    const QString copyPath = DamagedCopyPath(path);
+    QString where;
+    if (QFile::copy(path, copyPath)) {
+        where = QStringLiteral("The file as it was is kept unchanged as \"%1\".").arg(copyPath);
+    } else {
+        MGLog(QStringLiteral("Can't keep damaged database %1 as %2").arg(path, copyPath));
+        where = QStringLiteral("I couldn't keep a copy of the file as it was; until the next save it stays "
+                               "as \"%1\".")
+                    .arg(path);
+    }
+    const QString read = report.itemCount == 1
+                             ? QStringLiteral("I could read only 1 item of it.")
+                             : QStringLiteral("I could read only %1 items of it.").arg(report.itemCount);
+    MGAlert::sharedInstance().giveAlertMessage(QStringLiteral("The groceries database is damaged."),
+                                               read + u' ' + where, {});
 }
 
 } // namespace
@@ -215,13 +233,21 @@ QString DatabaseBackupPath(const QString &databasePath)
     return QFileInfo(databasePath).absolutePath() + QLatin1Char('/') + BackupFileName;
 }
 
-bool ReadModernDatabase(MGXmlDecoder &decoder)
+QString DamagedCopyPath(const QString &databasePath)
+{
+    const QString folder = QFileInfo(databasePath).absolutePath() + QLatin1Char('/');
+    QString path = folder + QStringLiteral("Groceries (damaged).xml");
+    for (int n = 2; QFileInfo::exists(path) || QFileInfo(path).isSymLink(); ++n)
+        path = folder + QStringLiteral("Groceries (damaged %1).xml").arg(n);
+    return path;
+}
+
+bool ReadModernDatabase(MGXmlDecoder &decoder, GRGroceryDatabase &database)
 {
     RegisterGroceryTags();
     if (!readRootTag(decoder, true))
         return false;
 
-    GRPrefController &preferences = prefs();
     while (decoder.getNextTag()) {
         if (!decoder.startTag())
             continue;
@@ -229,16 +255,16 @@ bool ReadModernDatabase(MGXmlDecoder &decoder)
         case GRTagStores:
         case GRTagCategories:
         case GRTagItems:
-            readRecords(decoder);
+            readRecords(decoder, database);
             break;
         case GRTagAisleOrder:
-            readAisleOrder(decoder);
+            readAisleOrder(decoder, database);
             break;
         case GRTagCategoryOrder:
-            readCategoryOrder(decoder);
+            readCategoryOrder(decoder, database);
             break;
         case GRTagColumns:
-            preferences.setColumnCount(quint64(qBound<qint64>(1, decoder.integerValue(), MaxColumnCount)));
+            database.setColumnCount(quint64(qBound<qint64>(1, decoder.integerValue(), MaxColumnCount)));
             break;
         default:
             break;
@@ -247,23 +273,28 @@ bool ReadModernDatabase(MGXmlDecoder &decoder)
     return true;
 }
 
-bool ReadModernDatabase(const QString &path)
+static bool readAndReport(std::unique_ptr<MGXmlDecoder> decoder, GRGroceryDatabase &database,
+                          GRReadReport *report)
 {
-    RegisterGroceryTags();
-    std::unique_ptr<MGXmlDecoder> decoder = MGXmlDecoder::fromFile(path);
-    if (!decoder)
+    if (!decoder || !ReadModernDatabase(*decoder, database))
         return false;
-    const bool ok = ReadModernDatabase(*decoder);
-    if (ok && !decoder->error().isEmpty())
-        MGLog(QStringLiteral("Groceries database %1 read only in part: %2").arg(path, decoder->error()));
-    return ok;
+    if (report) {
+        report->error = decoder->error();
+        report->itemCount = database.itemCount();
+    }
+    return true;
 }
 
-bool ReadModernDatabaseData(const QByteArray &bytes)
+bool ReadModernDatabase(const QString &path, GRGroceryDatabase &database, GRReadReport *report)
 {
     RegisterGroceryTags();
-    std::unique_ptr<MGXmlDecoder> decoder = MGXmlDecoder::fromData(bytes);
-    return decoder && ReadModernDatabase(*decoder);
+    return readAndReport(MGXmlDecoder::fromFile(path), database, report);
+}
+
+bool ReadModernDatabaseData(const QByteArray &bytes, GRGroceryDatabase &database, GRReadReport *report)
+{
+    RegisterGroceryTags();
+    return readAndReport(MGXmlDecoder::fromData(bytes), database, report);
 }
 
 bool IsReadableDatabase(const QString &path)
@@ -277,10 +308,9 @@ bool IsReadableDatabase(const QString &path)
     return decoder->error().isEmpty();
 }
 
-QString GroceriesXml()
+QString GroceriesXml(const GRGroceryDatabase &lists)
 {
-    GRLists &lists = GRLists::shared();
-    GRPrefController &preferences = prefs();
+    const GRRecordPositions positions(lists);
     MGXmlEncoder encoder;
 
     encoder.addAttribute(QStringLiteral("version"), DatabaseVersion);
@@ -306,21 +336,21 @@ QString GroceriesXml()
     }
     encoder.closeTag(QStringLiteral("categories"));
 
-    encoder.addTag(QStringLiteral("columns"), qint64(preferences.columnCount()));
+    encoder.addTag(QStringLiteral("columns"), qint64(lists.columnCount()));
 
-    if (!isIdentityOrder(preferences.aisleOrder())) {
+    if (!isIdentityOrder(lists.aisleOrder())) {
         encoder.openTag(QStringLiteral("aisleOrder"));
-        for (qint64 group : std::as_const(preferences.aisleOrder()))
+        for (qint64 group : std::as_const(lists.aisleOrder()))
             encoder.addTag(QStringLiteral("i"), group);
         encoder.closeTag(QStringLiteral("aisleOrder"));
     }
 
-    if (preferences.manualOrder()) {
+    if (lists.manualOrder()) {
         encoder.openTag(QStringLiteral("categoryOrder"));
-        for (const GRCategoryOrderEntry &entry : std::as_const(preferences.categoryOrder())) {
-            const qsizetype index = lists.indexOfCategory(entry.cat.get());
+        for (const GRCategoryOrderEntry &entry : std::as_const(lists.categoryOrder())) {
+            const qint64 index = positions.categoryIndex(entry.cat.get());
             if (index >= 0)
-                encoder.addTag(QStringLiteral("i"), qint64(index));
+                encoder.addTag(QStringLiteral("i"), index);
         }
         encoder.closeTag(QStringLiteral("categoryOrder"));
     }
@@ -331,7 +361,7 @@ QString GroceriesXml()
     });
     encoder.openTag(QStringLiteral("items"));
     for (const GRItemPtr &item : std::as_const(items))
-        item->archiveToXml(encoder);
+        item->archiveToXml(encoder, positions);
     encoder.closeTag(QStringLiteral("items"));
 
     encoder.closeTag(QStringLiteral("groceries"));
@@ -343,7 +373,7 @@ void SetDatabaseFileOps(GRFileOps *ops)
     s_fileOps = ops;
 }
 
-bool SaveGroceries()
+bool SaveGroceries(const GRGroceryDatabase &database)
 {
     const QString path = g_databasePath;
     if (path.isEmpty()) {
@@ -354,7 +384,7 @@ bool SaveGroceries()
     const QString backupPath = DatabaseBackupPath(path);
 
     GRSafeWriter writer(fileOps());
-    if (!writer.save(path, backupPath, GroceriesXml().toUtf8())) {
+    if (!writer.save(path, backupPath, GroceriesXml(database).toUtf8())) {
         if (writer.failure() == GRSafeWriter::BackupFailed) {
             MGLog(QStringLiteral("Can't rename previous version %1 to %2: %3")
                       .arg(path, backupPath, writer.reason()));
@@ -371,7 +401,7 @@ bool SaveGroceries()
 
     g_dirty = false;
     prefs().setDirty(false);
-    MGNotificationCenter::defaultCenter().post(QStringLiteral("mwgroceries.saved"));
+    MGUndoManager::sharedInstance().clearUndo(); // no undo crosses a save
     return true;
 }
 
@@ -389,22 +419,22 @@ QString TemplateResourcePath(int option)
     }
 }
 
-void CreateMinimalDatabase()
+void CreateMinimalDatabase(GRGroceryDatabase &database)
 {
     GRStorePtr store = GRStore::create();
     store->setName(QStringLiteral("Grocery Store"));
     store->setPrintOption(0);
-    GRLists::shared().stores().append(store);
+    database.stores().append(store);
 
     GRCategoryPtr category = GRCategory::create();
     category->setName(QStringLiteral("Groceries"));
-    GRLists::shared().categories().append(category);
+    database.categories().append(category);
 }
 
-GROpenResult OpenGroceryDatabase(const std::function<int(bool offerRestore)> &selectTemplate)
+GROpenResult OpenGroceryDatabase(GRGroceryDatabase &database, const QString &folder,
+                                 const std::function<int(bool offerRestore)> &selectTemplate)
 {
     RegisterGroceryTags();
-    const QString folder = DatabaseFolder();
     if (folder.isEmpty()) {
         MGLog(QStringLiteral("Can't find ~/Library/Application Support"));
         MGAlert::sharedInstance().giveAlertMessage(
@@ -418,8 +448,13 @@ GROpenResult OpenGroceryDatabase(const std::function<int(bool offerRestore)> &se
     QDir().mkpath(folder);
     g_databasePath = folder + QLatin1Char('/') + DatabaseFileName;
 
-    if (QFileInfo::exists(g_databasePath) && ReadModernDatabase(g_databasePath)) {
-        ensureStoreAndCategory();
+    GRReadReport report;
+    if (QFileInfo::exists(g_databasePath) && ReadModernDatabase(g_databasePath, database, &report)) {
+        ensureStoreAndCategory(database);
+        if (report.damaged()) {
+            g_dirty = true;
+            reportDamagedDatabase(g_databasePath, report);
+        }
         return GROpenResult::Loaded;
     }
 
@@ -434,18 +469,18 @@ GROpenResult OpenGroceryDatabase(const std::function<int(bool offerRestore)> &se
         g_dirty = false;
         return GROpenResult::Quit;
     case GRTemplateRestore:
-        read = offerRestore && ReadModernDatabase(backupPath);
+        read = offerRestore && ReadModernDatabase(backupPath, database);
         break;
     case GRTemplateOmnivore:
     case GRTemplateVegetarian:
     case GRTemplateVegan:
-        read = readTemplate(option);
+        read = readTemplate(option, database);
         break;
     default:
         break;
     }
     if (!read)
-        CreateMinimalDatabase();
-    ensureStoreAndCategory();
+        CreateMinimalDatabase(database);
+    ensureStoreAndCategory(database);
     return GROpenResult::Created;
 }

@@ -6,6 +6,7 @@
 #include <functional>
 
 class GRFileOps;
+class GRGroceryDatabase;
 class MGXmlDecoder;
 
 // The database changed since the last save (the preferences keep a flag of their own).
@@ -17,24 +18,37 @@ extern QString g_databasePath;
 QString DatabaseFolder();
 // "Groceries~.xml" beside the database path.
 QString DatabaseBackupPath(const QString &databasePath);
+// Where the original of a database that read only in part is kept: "Groceries (damaged).xml"
+// beside it, or "Groceries (damaged 2).xml" and so on when that name is taken.
+QString DamagedCopyPath(const QString &databasePath);
 
-// Appends the file's stores, categories and items to the live lists and sets the database-held
-// preferences. False when the file can't be opened, its root is not "groceries", or its version
-// is newer than 1 (which also shows the compatibility alert).
-bool ReadModernDatabase(const QString &path);
+// What a read that succeeded met on the way: the reader's complaint when the text broke off
+// part-way (what came before it was kept), and how many items were read.
+struct GRReadReport
+{
+    QString error;
+    qsizetype itemCount = 0;
+    bool damaged() const { return !error.isEmpty(); }
+};
+
+// Appends the file's stores, categories and items to database and sets its settings. False when
+// the file can't be opened, its root is not "groceries", or its version is newer than 1 (which
+// also shows the compatibility alert).
+bool ReadModernDatabase(const QString &path, GRGroceryDatabase &database, GRReadReport *report = nullptr);
 // The same reading from a decoder standing before the root tag, or from raw file bytes; the
 // grocery key table is made current first.
-bool ReadModernDatabase(MGXmlDecoder &decoder);
-bool ReadModernDatabaseData(const QByteArray &bytes);
+bool ReadModernDatabase(MGXmlDecoder &decoder, GRGroceryDatabase &database);
+bool ReadModernDatabaseData(const QByteArray &bytes, GRGroceryDatabase &database,
+                            GRReadReport *report = nullptr);
 // The silent check used at start-up: true when the file opens, its root is "groceries" with a
-// version of at most 1 and every tag reads without error. Touches neither lists nor preferences.
+// version of at most 1 and every tag reads without error.
 bool IsReadableDatabase(const QString &path);
 
-// The whole document of the live database, exactly the text a save writes.
-QString GroceriesXml();
+// The whole document of the database, exactly the text a save writes.
+QString GroceriesXml(const GRGroceryDatabase &database);
 // Writes GroceriesXml() to g_databasePath, keeping the previous version as "Groceries~.xml".
-// On success clears g_dirty and the preferences' dirty flag and posts "mwgroceries.saved".
-bool SaveGroceries();
+// On success clears g_dirty and the preferences' dirty flag and empties the undo history.
+bool SaveGroceries(const GRGroceryDatabase &database);
 
 // The file-system operations SaveGroceries goes through; nullptr restores the real ones. The
 // caller keeps ownership.
@@ -54,16 +68,18 @@ enum GRTemplateOption
 // The resource path of templates 1 to 3, empty for any other number.
 QString TemplateResourcePath(int option);
 // One store "Grocery Store" and one category "Groceries", appended to the lists.
-void CreateMinimalDatabase();
+void CreateMinimalDatabase(GRGroceryDatabase &database);
 
 enum class GROpenResult
 {
-    Loaded,       // the database file was read; not dirty
+    Loaded,       // the database file was read; dirty only when it read in part
     Created,      // made from a template, the minimal database or the backup; dirty
     Quit,         // the template dialog was cancelled
     StartupFailed // no data folder; the alert was shown
 };
 
-// The start-up sequence: find the folder, read "Groceries.xml", otherwise ask selectTemplate
-// (told whether the readable backup can be offered) and build the database from the answer.
-GROpenResult OpenGroceryDatabase(const std::function<int(bool offerRestore)> &selectTemplate);
+// The start-up sequence over the data folder (DatabaseFolder(), empty when there is none): read
+// "Groceries.xml", otherwise ask selectTemplate (told whether the readable backup can be offered)
+// and build the database from the answer.
+GROpenResult OpenGroceryDatabase(GRGroceryDatabase &database, const QString &folder,
+                                 const std::function<int(bool offerRestore)> &selectTemplate);

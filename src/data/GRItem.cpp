@@ -1,7 +1,8 @@
 #include "GRItem.h"
 
 #include "GRCategory.h"
-#include "GRLists.h"
+#include "GRGroceryDatabase.h"
+#include "GRRecordPositions.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
 #include "MGXmlDecoder.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-// A file position into a live list: past the end or negative picks the first entry, and an
+// A file position into a list: past the end or negative picks the first entry, and an
 // empty list gives null for the database reader to deal with.
 template <typename T> std::shared_ptr<T> entryAt(const QList<std::shared_ptr<T>> &list, qint64 index)
 {
@@ -22,10 +23,9 @@ template <typename T> std::shared_ptr<T> entryAt(const QList<std::shared_ptr<T>>
 
 } // namespace
 
-GRItemPtr GRItem::fromXml(MGXmlDecoder &decoder)
+GRItemPtr GRItem::fromXml(MGXmlDecoder &decoder, const GRGroceryDatabase &database)
 {
     GRItemPtr item = create();
-    GRLists &lists = GRLists::shared();
     const qint64 level = decoder.level();
     while (decoder.getNextTag() && decoder.level() >= level) {
         switch (decoder.key()) {
@@ -39,10 +39,10 @@ GRItemPtr GRItem::fromXml(MGXmlDecoder &decoder)
             item->setNeeded(quint8(decoder.integerValue()) != 0);
             break;
         case GRTagStore:
-            item->setStore(entryAt(lists.stores(), decoder.integerValue()));
+            item->setStore(entryAt(database.stores(), decoder.integerValue()));
             break;
         case GRTagCategory:
-            item->setCategory(entryAt(lists.categories(), decoder.integerValue()));
+            item->setCategory(entryAt(database.categories(), decoder.integerValue()));
             break;
         case GRTagAisle: // also every tag that is not registered at all
             item->setAisle(decoder.integerValue());
@@ -54,13 +54,12 @@ GRItemPtr GRItem::fromXml(MGXmlDecoder &decoder)
     return item;
 }
 
-void GRItem::archiveToXml(MGXmlEncoder &encoder) const
+void GRItem::archiveToXml(MGXmlEncoder &encoder, const GRRecordPositions &positions) const
 {
-    const GRLists &lists = GRLists::shared();
     encoder.openTag(QStringLiteral("item"));
     encoder.addTag(QStringLiteral("name"), m_name);
-    encoder.addTag(QStringLiteral("category"), qint64(lists.indexOfCategory(category().get())));
-    encoder.addTag(QStringLiteral("store"), qint64(lists.indexOfStore(m_store.get())));
+    encoder.addTag(QStringLiteral("category"), positions.categoryIndex(category().get()));
+    encoder.addTag(QStringLiteral("store"), positions.storeIndex(m_store.get()));
     if (m_aisle != 0)
         encoder.addTag(QStringLiteral("aisle"), m_aisle);
     if (m_needed)

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class GRGroceryDatabase;
+class GRRecordPositions;
 class MGXmlDecoder;
 class MGXmlEncoder;
 
@@ -13,10 +15,11 @@ public:
     GRItem() = default;
 
     static GRItemPtr create() { return std::make_shared<GRItem>(); }
-    // Reads the item's children; store and category positions resolve against the live lists
-    // (an index past the end picks the first entry). The item is not added to its category.
-    static GRItemPtr fromXml(MGXmlDecoder &decoder);
-    void archiveToXml(MGXmlEncoder &encoder) const;
+    // Reads the item's children; store and category positions resolve against the database's
+    // lists (an index past the end picks the first entry). The item is not added to its category.
+    static GRItemPtr fromXml(MGXmlDecoder &decoder, const GRGroceryDatabase &database);
+    // Writes the positions of the item's category and store that positions gives.
+    void archiveToXml(MGXmlEncoder &encoder, const GRRecordPositions &positions) const;
     GRItemPtr copy() const; // same category and store references
 
     // "(3) Apples" when needed with a count above 1, otherwise the name.

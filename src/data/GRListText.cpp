@@ -2,14 +2,14 @@
 
 #include "GRAisles.h"
 #include "GRCategory.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRStore.h"
 
-QString GroceryListText(bool neededOnly)
+QString GroceryListText(const GRGroceryDatabase &database, bool neededOnly)
 {
     QString text;
-    for (const GRCategoryPtr &category : std::as_const(GRLists::shared().categories())) {
+    for (const GRCategoryPtr &category : database.categories()) {
         QString lines;
         for (const GRItemPtr &item : std::as_const(category->items())) {
             if (neededOnly && !item->isNeeded())

@@ -1,10 +1,8 @@
 #include "GRPrefController.h"
 
-#include "GRCategory.h"
+#include "GRGroceryDatabase.h"
 #include "GRKeyNames.h"
-#include "GRLists.h"
 #include "MGLog.h"
-#include "MGNotificationCenter.h"
 
 #include <QFontDatabase>
 #include <QSettings>
@@ -173,12 +171,7 @@ GRPrefController &GRPrefController::sharedInstance()
     return *instance;
 }
 
-QList<qint64> GRPrefController::defaultAisleOrder()
-{
-    return {0, 1, 2, 3, 4, 5, 6};
-}
-
-GRPrefController::GRPrefController(QObject *parent) : QObject(parent), m_aisleOrder(defaultAisleOrder())
+GRPrefController::GRPrefController(QObject *parent) : QObject(parent)
 {
     m_displayFont = LoadFontFromPrefs(QLatin1String(GRPrefDisplayFontKey));
     m_printFont = LoadFontFromPrefs(QLatin1String(GRPrefPrintFontKey));
@@ -229,9 +222,6 @@ GRPrefController::GRPrefController(QObject *parent) : QObject(parent), m_aisleOr
 
     if (!s_readOnly && !settings.contains(QLatin1String(GRPrefPrintHeaderAndFooterKey)))
         settings.setValue(QLatin1String(GRPrefPrintHeaderAndFooterKey), true);
-
-    MGNotificationCenter::defaultCenter().addObserver(QStringLiteral("mwgroceries.updateCats"), this,
-                                                      [this](const QVariantMap &) { updateCategories(); });
 }
 
 void GRPrefController::savePreferences()
@@ -262,64 +252,16 @@ void GRPrefController::savePreferences()
                                                 : QStringLiteral("format error")));
 }
 
-void GRPrefController::updateCategories()
+void GRPrefController::updateCategories(GRGroceryDatabase &database)
 {
-    const QList<GRCategoryPtr> &categories = GRLists::shared().categories();
-    QList<GRCategoryOrderEntry> order;
-    if (m_manualOrder) {
-        QList<GRCategoryPtr> remaining = categories;
-        for (const GRCategoryOrderEntry &entry : std::as_const(m_categoryOrder)) {
-            GRCategoryPtr category = categoryForGuid(entry.guid);
-            // A category already placed by an earlier entry with the same GUID keeps that place.
-            if (category && remaining.removeOne(category))
-                order.append({category, entry.guid});
-        }
-        for (const GRCategoryPtr &category : std::as_const(remaining)) {
-            if (category)
-                order.append({category, category->guid()});
-        }
-    } else {
-        order.reserve(categories.size());
-        for (const GRCategoryPtr &category : categories) {
-            if (category)
-                order.append({category, category->guid()});
-        }
-    }
-    m_categoryOrder = std::move(order);
+    database.updateCategoryOrder();
     emit categoryTableChanged();
 }
 
-GRCategoryPtr GRPrefController::categoryForGuid(const QString &guid) const
+void GRPrefController::resetOrder(GRGroceryDatabase &database)
 {
-    for (const GRCategoryPtr &category : std::as_const(GRLists::shared().categories())) {
-        if (category && category->guid() == guid)
-            return category;
-    }
-    return nullptr;
-}
-
-GRCategoryPtr GRPrefController::categoryForName(const QString &name) const
-{
-    for (const GRCategoryPtr &category : std::as_const(GRLists::shared().categories())) {
-        if (category && category->name() == name)
-            return category;
-    }
-    return nullptr;
-}
-
-void GRPrefController::resetOrder()
-{
-    m_manualOrder = false;
+    database.setManualOrder(false);
     m_dirty = true;
-    updateCategories();
+    updateCategories(database);
     emit markWindowEdited();
-}
-
-void GRPrefController::resetDatabaseSettings()
-{
-    m_columnCount = DefaultColumnCount;
-    m_aisleOrder = defaultAisleOrder();
-    m_categoryOrder.clear();
-    m_manualOrder = false;
-    m_dirty = false;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "GRCategoryOrderEntry.h"
 #include "GRPrintSettings.h"
-#include "GRTypes.h"
 
 #include <QFont>
 #include <QList>
@@ -27,8 +25,11 @@ QFont DefaultUserFont();
 // The font stored under key, or DefaultUserFont() when the key is absent or unreadable.
 QFont LoadFontFromPrefs(const QString &key);
 
+class GRGroceryDatabase;
+
 // Every user setting, read from the settings at creation and written back by savePreferences();
-// the column count, aisle order and category order travel in the database instead.
+// the column count, aisle order and category order travel in the database (GRGroceryDatabase)
+// instead, and dirty tells that one of those changed since the last save.
 class GRPrefController : public QObject
 {
     Q_OBJECT
@@ -48,10 +49,6 @@ public:
     void setPrintFont(const QFont &font) { m_printFont = font; }
     const QFont &displayFont() const { return m_displayFont; }
     void setDisplayFont(const QFont &font) { m_displayFont = font; }
-    quint64 columnCount() const { return m_columnCount; }
-    void setColumnCount(quint64 columnCount) { m_columnCount = columnCount ? columnCount : 1; }
-    QList<qint64> &aisleOrder() { return m_aisleOrder; }
-    QList<GRCategoryOrderEntry> &categoryOrder() { return m_categoryOrder; }
     GRPrintSettings &printInfo() { return m_printInfo; }
     const QString &printStoreGuid() const { return m_printStoreGuid; }
     void setPrintStoreGuid(const QString &guid) { m_printStoreGuid = guid; }
@@ -63,8 +60,6 @@ public:
     void setIgnorePageStarts(bool ignore) { m_ignorePageStarts = ignore; }
     bool confirmDelete() const { return m_confirmDelete; }
     void setConfirmDelete(bool confirm) { m_confirmDelete = confirm; }
-    bool manualOrder() const { return m_manualOrder; }
-    void setManualOrder(bool manual) { m_manualOrder = manual; }
     bool showKeys() const { return m_showKeys; }
     void setShowKeys(bool show) { m_showKeys = show; }
     bool dirty() const { return m_dirty; }
@@ -72,21 +67,11 @@ public:
     bool changingDisplay() const { return m_changingDisplay; }
     void setChangingDisplay(bool changing) { m_changingDisplay = changing; }
 
-    // Brings categoryOrder up to date with the live categories: in manual order entries keep
-    // their places, vanished categories drop out and new ones are appended in list order.
-    void updateCategories();
-    // The first live category with exactly this GUID / name, or null.
-    GRCategoryPtr categoryForGuid(const QString &guid) const;
-    GRCategoryPtr categoryForName(const QString &name) const;
-    // Back to automatic category order.
-    void resetOrder();
-
-    // The settings a database carries (columns, aisle order, category order) back to the values
-    // they have before any database is read; clears dirty.
-    void resetDatabaseSettings();
-
-    static constexpr quint64 DefaultColumnCount = 5;
-    static QList<qint64> defaultAisleOrder();
+    // Brings the database's category order up to date (on "mwgroceries.updateCats") and tells
+    // the preferences window.
+    void updateCategories(GRGroceryDatabase &database);
+    // Back to automatic category order; the database counts as changed.
+    void resetOrder(GRGroceryDatabase &database);
 
 signals:
     void categoryTableChanged();
@@ -95,16 +80,12 @@ signals:
 private:
     QFont m_printFont;
     QFont m_displayFont;
-    quint64 m_columnCount = DefaultColumnCount;
-    QList<qint64> m_aisleOrder;
-    QList<GRCategoryOrderEntry> m_categoryOrder;
     GRPrintSettings m_printInfo;
     QString m_printStoreGuid;
     QString m_emailTarget;
     qint32 m_printScope = 0;
     bool m_ignorePageStarts = false;
     bool m_confirmDelete = true;
-    bool m_manualOrder = false;
     bool m_showKeys = true;
     bool m_dirty = false;
     bool m_changingDisplay = false;

@@ -1,6 +1,6 @@
 #include "GRStore.h"
 
-#include "GRLists.h"
+#include "GRGuid.h"
 #include "GRTagKeys.h"
 #include "MGXmlDecoder.h"
 #include "MGXmlEncoder.h"
@@ -47,16 +47,4 @@ void GRStore::archiveToXml(MGXmlEncoder &encoder) const
 GRStorePtr GRStore::copy() const
 {
     return std::make_shared<GRStore>(*this);
-}
-
-GRStorePtr GRStore::storeForGuid(const QString &guid)
-{
-    // Qt treats a null and an empty string as equal; a missing GUID names no store.
-    if (guid.isEmpty())
-        return nullptr;
-    for (const GRStorePtr &store : GRLists::shared().stores()) {
-        if (store && store->guid() == guid)
-            return store;
-    }
-    return nullptr;
 }

@@ -19,9 +19,6 @@ public:
     void archiveToXml(MGXmlEncoder &encoder) const;
     GRStorePtr copy() const; // keeps the GUID
 
-    // The first store of the live list whose GUID equals guid exactly.
-    static GRStorePtr storeForGuid(const QString &guid);
-
     const QString &name() const { return m_name; }
     void setName(const QString &name) { m_name = name; }
     const QString &guid() const { return m_guid; }

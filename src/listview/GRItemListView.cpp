@@ -2,7 +2,8 @@
 
 #include "DrawQuartzCheckbox.h"
 #include "GRItem.h"
-#include "GRLists.h"
+#include "GRNameSorter.h"
+#include "GRNames.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
 #include "MGNotificationCenter.h"
@@ -17,23 +18,17 @@
 #include <algorithm>
 #include <cmath>
 
-static QSizeF &sharedItemSize()
-{
-    static QSizeF size = GRItemGridLayout::defaultItemSize();
-    return size;
-}
-
 GRItemListView::GRItemListView(QWidget *parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
 
     MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
-    center.addObserver("mwgroceries.redoItems", this, [this](const QVariantMap &userInfo) {
-        redisplayItemsCore(userInfo.value("item").value<GRItemPtr>());
+    center.addObserver(GRRedoItemsNotification, this, [this](const QVariantMap &userInfo) {
+        redisplayItemsCore(userInfo.value(GRItemKey).value<GRItemPtr>());
     });
-    center.addObserver("mwgroceries.updateStores", this, [this](const QVariantMap &) { update(); });
-    center.addObserver("mwgroceries.font", this, [this](const QVariantMap &) { fontChange(true); });
+    center.addObserver(GRUpdateStoresNotification, this, [this](const QVariantMap &) { update(); });
+    center.addObserver(GRFontNotification, this, [this](const QVariantMap &) { fontChange(true); });
 
     fontChange(false);
     watchEnclosingView();
@@ -44,9 +39,10 @@ GRItemListView::~GRItemListView()
     MGNotificationCenter::defaultCenter().removeObserver(this);
 }
 
-QSizeF GRItemListView::itemSize()
+void GRItemListView::setItems(QList<GRItemPtr> *items)
 {
-    return sharedItemSize();
+    m_items = items;
+    layout(true);
 }
 
 void GRItemListView::layout(bool force)
@@ -54,7 +50,7 @@ void GRItemListView::layout(bool force)
     Q_UNUSED(force) // the grid is stored either way; an unchanged grid looks the same
     m_grid.setItemSize(itemSize());
     const QSize enclosing = parentWidget() ? parentWidget()->size() : size();
-    m_grid.layout(quint64(GRLists::shared().displayItems().size()), enclosing.height());
+    m_grid.layout(quint64(itemCount()), enclosing.height());
     const QSizeF frame = m_grid.frameSize(enclosing.width(), enclosing.height());
     const auto clamp = [](qreal extent) {
         return int(std::clamp(std::ceil(extent), 0.0, qreal(QWIDGETSIZE_MAX)));
@@ -62,6 +58,14 @@ void GRItemListView::layout(bool force)
     resize(clamp(frame.width()), clamp(frame.height()));
     m_selectedItem = 0;
     update();
+}
+
+void GRItemListView::relayoutKeepingSelection()
+{
+    const quint64 selected = m_selectedItem;
+    layout(false);
+    if (selected < quint64(itemCount()))
+        m_selectedItem = selected;
 }
 
 QRectF GRItemListView::itemRect(quint64 index) const
@@ -76,17 +80,17 @@ QRectF GRItemListView::checkboxRect(const QRectF &item) const
 
 qint64 GRItemListView::itemAt(QPointF point) const
 {
-    return m_grid.itemAt(point, quint64(GRLists::shared().displayItems().size()));
+    return m_grid.itemAt(point, quint64(itemCount()));
 }
 
 void GRItemListView::redisplayItemsCore(const GRItemPtr &item)
 {
     const GRItemPtr selected = item; // item may be an entry of the list that the sort moves
-    QList<GRItemPtr> &items = GRLists::shared().displayItems();
-    SortByName(items);
+    if (m_items)
+        SortByName(*m_items);
     layout(true);
-    if (selected) {
-        const qsizetype index = items.indexOf(selected);
+    if (selected && m_items) {
+        const qsizetype index = m_items->indexOf(selected);
         m_selectedItem = index < 0 ? 0 : quint64(index);
     }
 }
@@ -111,9 +115,9 @@ void GRItemListView::showSelectedItem()
 void GRItemListView::fontChange(bool relayout)
 {
     const QFontMetricsF metrics(GRPrefController::sharedInstance().displayFont());
-    sharedItemSize() = GRItemGridLayout::itemSizeForZero(
+    m_itemSize = GRItemGridLayout::itemSizeForZero(
         QSizeF(metrics.horizontalAdvance(QLatin1Char('0')), metrics.lineSpacing()));
-    m_grid.setItemSize(itemSize());
+    m_grid.setItemSize(m_itemSize);
     if (relayout)
         layout(true);
 }
@@ -150,13 +154,15 @@ void GRItemListView::drawItem(const GRItemPtr &item, bool checked, const QRectF 
 void GRItemListView::paintEvent(QPaintEvent *event)
 {
     if (m_grid.rowCount() == 0)
-        layout(false);
+        relayoutKeepingSelection();
     QPainter painter(this);
     painter.fillRect(event->rect(), palette().color(QPalette::Base));
 
     const bool active = isActive();
     const QColor highlight = palette().color(QPalette::Highlight);
-    const QList<GRItemPtr> &items = GRLists::shared().displayItems();
+    if (!m_items)
+        return;
+    const QList<GRItemPtr> &items = *m_items;
     for (qsizetype i = 0; i < items.size(); ++i) {
         const QRectF rect = itemRect(quint64(i));
         const QRectF cell = GRItemGridLayout::highlightRect(rect);
@@ -215,7 +221,7 @@ bool GRItemListView::event(QEvent *event)
 bool GRItemListView::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_watched && event->type() == QEvent::Resize)
-        layout(false);
+        relayoutKeepingSelection();
     return QWidget::eventFilter(watched, event);
 }
 

@@ -7,12 +7,12 @@
 #include <QPointer>
 #include <QWidget>
 
-// The grid of the items on show (GRLists::shared().displayItems(), read by index every time):
-// a check box and the item's name in its store's colour per cell, flowing down each column and
-// then on to the next. It is the widget of a QScrollArea that scrolls horizontally only: its
-// height follows the scroll area's viewport, and more items make more columns and a wider view.
-// On joining a scroll area it turns the vertical scroll bar off and the horizontal one always on,
-// so that the viewport's height changes only with the window (every layout resets the selection).
+// The grid of the items on show (the list it is given, read by index every time): a check box
+// and the item's name in its store's colour per cell, flowing down each column and then on to
+// the next. It is the widget of a QScrollArea that scrolls horizontally only: its height follows
+// the scroll area's viewport, and more items make more columns and a wider view. On joining a
+// scroll area it turns the vertical scroll bar off and the horizontal one always on, so that the
+// viewport's height changes only with the window.
 class GRItemListView : public QWidget
 {
     Q_OBJECT
@@ -21,11 +21,19 @@ public:
     explicit GRItemListView(QWidget *parent = nullptr);
     ~GRItemListView() override;
 
-    // The size of one item, shared by every view; set by fontChange().
-    static QSizeF itemSize();
+    // The list on show; the view never owns it, and sorts it in redisplayItemsCore(). Null shows
+    // nothing.
+    void setItems(QList<GRItemPtr> *items);
+    QList<GRItemPtr> *items() const { return m_items; }
+    qsizetype itemCount() const { return m_items ? m_items->size() : 0; }
+
+    // The size of one item; set by fontChange().
+    QSizeF itemSize() const { return m_itemSize; }
 
     // Recomputes rows, columns and the frame from the viewport's size; the selection returns to 0.
     void layout(bool force);
+    // The same when the window or the splitter changed the view's size: the selected item stays.
+    void relayoutKeepingSelection();
     QRectF itemRect(quint64 index) const;
     QRectF checkboxRect(const QRectF &item) const;
     // The index of the item under point (view coordinates), or -1.
@@ -62,6 +70,8 @@ private:
     bool isActive() const;
     void watchEnclosingView();
 
+    QList<GRItemPtr> *m_items = nullptr;
+    QSizeF m_itemSize = GRItemGridLayout::defaultItemSize();
     GRItemGridLayout m_grid;
     QPointer<QMenu> m_contextMenu;
     QPointer<QWidget> m_watched;

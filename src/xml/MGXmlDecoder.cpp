@@ -490,10 +490,40 @@ static qsizetype numericReference(QStringView s, qsizetype at, char32_t *code)
     return i + 1;
 }
 
-QString MGXmlDecoder::decodeEscapes(const QString &string)
+// The first pass: "&#65;" and "&#x41;" (ended by ";" or a space) become their characters.
+static QString decodeNumericReferences(const QString &string)
 {
-    if (!string.contains(u'&'))
-        return string;
+    const QStringView s(string);
+    QString result;
+    result.reserve(s.size());
+    qsizetype i = 0;
+    while (i < s.size()) {
+        const qsizetype amp = s.indexOf(u"&#", i);
+        if (amp < 0) {
+            result += s.sliced(i);
+            break;
+        }
+        result += s.sliced(i, amp - i);
+        char32_t code = 0;
+        const qsizetype after = numericReference(s, amp, &code);
+        if (after < 0) {
+            result += u'&';
+            i = amp + 1;
+            continue;
+        }
+        const bool valid = code != 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
+        if (valid)
+            result += QString::fromUcs4(&code, 1);
+        else
+            result += QChar(QChar::ReplacementCharacter);
+        i = after;
+    }
+    return result;
+}
+
+// The second pass, over what the first one left: named references, unknown ones deleted.
+static QString decodeNamedReferences(const QString &string)
+{
     // The longest reference replaced, "&" and ";" included.
     constexpr qsizetype maxReference = 14;
     const QStringView s(string);
@@ -507,19 +537,6 @@ QString MGXmlDecoder::decodeEscapes(const QString &string)
             break;
         }
         result += s.sliced(i, amp - i);
-        if (amp + 1 < s.size() && s[amp + 1] == u'#') {
-            char32_t code = 0;
-            const qsizetype after = numericReference(s, amp, &code);
-            if (after > 0) {
-                const bool valid = code != 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
-                if (valid)
-                    result += QString::fromUcs4(&code, 1);
-                else
-                    result += QChar(QChar::ReplacementCharacter);
-                i = after;
-                continue;
-            }
-        }
         qsizetype semicolon = -1;
         const qsizetype searchEnd = qMin(s.size(), amp + maxReference);
         for (qsizetype j = amp + 1; j < searchEnd; ++j) {
@@ -552,4 +569,12 @@ QString MGXmlDecoder::decodeEscapes(const QString &string)
         i = semicolon + 1;
     }
     return result;
+}
+
+QString MGXmlDecoder::decodeEscapes(const QString &string)
+{
+    if (!string.contains(u'&'))
+        return string;
+    // Two passes, so a numeric reference that spells out a named one ("&#38;amp;") ends as its character.
+    return decodeNamedReferences(decodeNumericReferences(string));
 }

@@ -1,13 +1,12 @@
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRPosixFileOps.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
 #include "MGAlert.h"
-#include "MGNotificationCenter.h"
 
 #include <QDir>
 #include <QRandomGenerator>
@@ -76,17 +75,16 @@ QByteArray randomDocument(quint32 seed)
     return document(xml + "</items>");
 }
 
-// The live database as "stores|category:item+item,...|columns|aisles|category order", the order
-// "-" while manual order is off, and "|unsound" at the end unless the rest of the program can use
-// it: every item in its category with a store from the list, every order entry a category of the
+// The database as "stores|category:item+item,...|columns|aisles|category order", the order "-"
+// while manual order is off, and "|unsound" at the end unless the rest of the program can use it:
+// every item in its category with a store from the list, every order entry a category of the
 // list, once, a column count from 1 to 100 and the aisle order a permutation of the seven groups.
-QString describe()
+QString describe(const GRGroceryDatabase &lists)
 {
-    GRLists &lists = GRLists::shared();
-    GRPrefController &prefs = GRPrefController::sharedInstance();
+    const GRGroceryDatabase &prefs = lists;
     QList<qint64> groups = prefs.aisleOrder();
     std::sort(groups.begin(), groups.end());
-    bool sound = groups == GRPrefController::defaultAisleOrder() && prefs.columnCount() >= 1 &&
+    bool sound = groups == GRGroceryDatabase::defaultAisleOrder() && prefs.columnCount() >= 1 &&
                  prefs.columnCount() <= 100;
     QStringList stores, categories, order;
     for (const GRStorePtr &store : lists.stores())
@@ -161,45 +159,43 @@ class TestDatabaseFile : public QObject
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> m_dir;
-    int m_savedNotifications = 0;
-    QObject m_observer;
+    GRGroceryDatabase m_database;
 
     QStringList files() const { return QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden); }
 
 private slots:
-    void initTestCase()
-    {
-        TS::initEnvironment();
-        MGNotificationCenter::defaultCenter().addObserver(
-            QStringLiteral("mwgroceries.saved"), &m_observer,
-            [this](const QVariantMap &) { ++m_savedNotifications; });
-    }
+    void initTestCase() { TS::initEnvironment(); }
 
     void init()
     {
-        TS::resetDatabase();
+        TS::resetState();
+        m_database.clear();
         m_dir = std::make_unique<QTemporaryDir>();
         QVERIFY(m_dir->isValid());
         g_databasePath = m_dir->filePath(QStringLiteral("Groceries.xml"));
-        m_savedNotifications = 0;
     }
 
     void writesExactDocument()
     {
         // Identity aisle order and automatic category order are left out.
-        QCOMPARE(GroceriesXml().toUtf8(), document("\t<stores></stores>\n\t<categories></categories>\n"
-                                                   "\t<columns>5</columns>\n\t<items></items>\n"));
+        QCOMPARE(GroceriesXml(m_database).toUtf8(),
+                 document("\t<stores></stores>\n\t<categories></categories>\n"
+                          "\t<columns>5</columns>\n\t<items></items>\n"));
 
-        QVERIFY(ReadModernDatabaseData(document(
-            "<stores><store><name>Corner &amp; Co</name><print>1</print><color>{10, 20, 30}</color>"
-            "<top>1</top></store><store><name>Market</name><color>{1, 2, 3, 50}</color></store></stores>"
-            "<categories><category><name>Fruit</name></category><category><name>Dairy</name></category>"
-            "</categories><columns>3</columns><aisleOrder><i>0</i><i>2</i><i>1</i><i>3</i><i>4</i><i>5</i>"
-            "<i>6</i></aisleOrder><categoryOrder><i>1</i><i>0</i></categoryOrder><items><item><name>Cherry"
-            "</name><category>0</category><store>1</store><aisle>4</aisle><count>5</count></item><item>"
-            "<name>banana</name><category>0</category><store>1</store></item><item><name>Apple</name>"
-            "<category>1</category><store>0</store><aisle>-2</aisle><need>1</need><count>3</count></item>"
-            "</items>")));
+        QVERIFY(ReadModernDatabaseData(
+            document(
+                "<stores><store><name>Corner &amp; Co</name><print>1</print><color>{10, 20, 30}</color>"
+                "<top>1</top></store><store><name>Market</name><color>{1, 2, 3, 50}</color></store></stores>"
+                "<categories><category><name>Fruit</name></category><category><name>Dairy</name></category>"
+                "</categories><columns>3</columns><aisleOrder><i>0</i><i>2</i><i>1</i><i>3</i><i>4</i><i>5</"
+                "i>"
+                "<i>6</i></aisleOrder><categoryOrder><i>1</i><i>0</i></"
+                "categoryOrder><items><item><name>Cherry"
+                "</name><category>0</category><store>1</store><aisle>4</aisle><count>5</count></item><item>"
+                "<name>banana</name><category>0</category><store>1</store></item><item><name>Apple</name>"
+                "<category>1</category><store>0</store><aisle>-2</aisle><need>1</need><count>3</count></item>"
+                "</items>"),
+            m_database));
         const QByteArray expected = document(
             "\t<stores>\n\t\t<store>\n\t\t\t<name>Corner &amp; Co</name>\n\t\t\t<print>1</print>\n"
             "\t\t\t<color>{10, 20, 30}</color>\n\t\t\t<top>1</top>\n\t\t</store>\n\t\t<store>\n"
@@ -215,7 +211,7 @@ private slots:
             "\t\t</item>\n\t\t<item>\n\t\t\t<name>Cherry</name>\n\t\t\t<category>0</category>\n"
             "\t\t\t<store>1</store>\n\t\t\t<aisle>4</aisle>\n\t\t\t<count>5</count>\n\t\t</item>\n"
             "\t</items>\n");
-        QVERIFY(SaveGroceries());
+        QVERIFY(SaveGroceries(m_database));
         QCOMPARE(TS::readFile(g_databasePath), expected);
     }
 
@@ -256,11 +252,11 @@ private slots:
         QFETCH(QByteArray, body);
         QFETCH(QString, read);
 
-        GRPrefController::sharedInstance().setColumnCount(7);
-        GRPrefController::sharedInstance().aisleOrder() = {6, 5, 4, 3, 2, 1, 0};
+        m_database.setColumnCount(7);
+        m_database.aisleOrder() = {6, 5, 4, 3, 2, 1, 0};
         QVERIFY(TS::writeFile(g_databasePath, document(body)));
-        QVERIFY(ReadModernDatabase(g_databasePath));
-        QCOMPARE(describe(), read);
+        QVERIFY(ReadModernDatabase(g_databasePath, m_database));
+        QCOMPARE(describe(m_database), read);
     }
 
     // One row for every file in data/broken and every line of its EXPECTED list, which says whether
@@ -294,15 +290,15 @@ private slots:
         QVERIFY2(expected == QLatin1String("ok") || expected == QLatin1String("refused"), "not in EXPECTED");
         QVERIFY2(QFile::exists(path), "listed in EXPECTED, but missing");
         const bool accepted = expected == QLatin1String("ok");
-        QCOMPARE(ReadModernDatabase(path), accepted);
+        QCOMPARE(ReadModernDatabase(path, m_database), accepted);
         QVERIFY(accepted || !IsReadableDatabase(path));
-        const QString read = describe();
+        const QString read = describe(m_database);
         QVERIFY2(!read.endsWith(QLatin1String("|unsound")), qPrintable(read));
         QVERIFY(accepted || read.startsWith(QLatin1String("||")));
-        const QString saved = GroceriesXml();
-        TS::resetDatabase();
-        QVERIFY(ReadModernDatabaseData(saved.toUtf8()));
-        QCOMPARE(GroceriesXml(), saved);
+        const QString saved = GroceriesXml(m_database);
+        GRGroceryDatabase again;
+        QVERIFY(ReadModernDatabaseData(saved.toUtf8(), again));
+        QCOMPARE(GroceriesXml(again), saved);
     }
 
     void roundTripKeepsOneBackup_data()
@@ -317,29 +313,28 @@ private slots:
     {
         QFETCH(quint32, seed);
 
-        QVERIFY(ReadModernDatabaseData(randomDocument(seed)));
+        QVERIFY(ReadModernDatabaseData(randomDocument(seed), m_database));
         g_dirty = true;
         GRPrefController::sharedInstance().setDirty(true);
-        QVERIFY(SaveGroceries());
+        QVERIFY(SaveGroceries(m_database));
         QVERIFY(!g_dirty && !GRPrefController::sharedInstance().dirty());
         const QByteArray first = TS::readFile(g_databasePath);
         QCOMPARE(first.count("<name/>"), 2);
         QCOMPARE(files(), QStringList{"Groceries.xml"});
 
-        TS::resetDatabase();
-        QVERIFY(ReadModernDatabase(g_databasePath));
-        QVERIFY(SaveGroceries());
+        GRGroceryDatabase read;
+        QVERIFY(ReadModernDatabase(g_databasePath, read));
+        QVERIFY(SaveGroceries(read));
         QCOMPARE(QString::fromUtf8(TS::readFile(g_databasePath)), QString::fromUtf8(first));
         QCOMPARE(TS::readFile(DatabaseBackupPath(g_databasePath)), first);
 
-        GRPrefController::sharedInstance().setColumnCount(11);
-        QVERIFY(SaveGroceries());
+        read.setColumnCount(11);
+        QVERIFY(SaveGroceries(read));
         const QByteArray third = TS::readFile(g_databasePath);
-        GRPrefController::sharedInstance().setColumnCount(12);
-        QVERIFY(SaveGroceries());
+        read.setColumnCount(12);
+        QVERIFY(SaveGroceries(read));
         QCOMPARE(TS::readFile(DatabaseBackupPath(g_databasePath)), third);
         QCOMPARE(files(), (QStringList{"Groceries.xml", "Groceries~.xml"}));
-        QCOMPARE(m_savedNotifications, 4);
         QVERIFY(MGAlert::sharedInstance().shownAlerts().isEmpty());
     }
 
@@ -381,7 +376,7 @@ private slots:
         const QByteArray previous = "previous version, not even XML\n";
         QVERIFY(!hasPrevious || TS::writeFile(g_databasePath, previous));
         QVERIFY(!folder || QDir().mkpath(g_databasePath));
-        CreateMinimalDatabase();
+        CreateMinimalDatabase(m_database);
         g_dirty = true;
         GRPrefController::sharedInstance().setDirty(true);
 
@@ -392,7 +387,7 @@ private slots:
         SetDatabaseFileOps(&ops);
         MGAlert::sharedInstance().setNextAnswer(0);
         GRLogCapture log;
-        QVERIFY(!SaveGroceries());
+        QVERIFY(!SaveGroceries(m_database));
 
         if (!restoreFails)
             QCOMPARE(TS::readFile(g_databasePath), hasPrevious ? previous : QByteArray());
@@ -406,16 +401,17 @@ private slots:
         QVERIFY2(log.contains(logLine), qPrintable(log.lines().join(u'\n')));
         QCOMPARE(log.contains(QStringLiteral("Can't restore")), restoreFails);
         QCOMPARE(MGAlert::sharedInstance().shownAlerts().size(), 1);
-        QCOMPARE(MGAlert::sharedInstance().shownAlerts().first().message, QStringLiteral("Save failed."));
+        const MGAlert::Request &alert = MGAlert::sharedInstance().shownAlerts().first();
+        QCOMPARE(QStringList({alert.message, alert.moreInfo}) + alert.buttonStrings,
+                 (QStringList{"Save failed.", "I can't save the groceries database."}));
         QVERIFY(g_dirty && GRPrefController::sharedInstance().dirty());
-        QCOMPARE(m_savedNotifications, 0);
 
         // Nothing stays broken: once the file system is sound again the next save goes through.
         SetDatabaseFileOps(nullptr);
         QFile::setPermissions(m_dir->path(), writable);
         QVERIFY(!folder || QDir(g_databasePath).removeRecursively());
-        QVERIFY(SaveGroceries());
-        QCOMPARE(TS::readFile(g_databasePath), GroceriesXml().toUtf8());
+        QVERIFY(SaveGroceries(m_database));
+        QCOMPARE(TS::readFile(g_databasePath), GroceriesXml(m_database).toUtf8());
     }
 
     void opening_data()
@@ -468,20 +464,87 @@ private slots:
 
         int asked = -1; // then whether restoring was offered
         using R = GROpenResult;
-        const R opened = OpenGroceryDatabase([&](bool offer) { return (asked = offer), answer; });
+        const R opened =
+            OpenGroceryDatabase(m_database, folder, [&](bool offer) { return (asked = offer), answer; });
         QCOMPARE(opened, answer < 0 ? R::Loaded : answer == 4 ? R::Quit : R::Created);
         QCOMPARE(asked, answer < 0 ? -1 : int(offered));
         QCOMPARE(g_databasePath, folder + QLatin1String("/Groceries.xml"));
         QCOMPARE(g_dirty, opened == R::Created);
-        QCOMPARE(describe().section(u'|', 0, 0), stores);
-        QCOMPARE(GRLists::shared().categories().isEmpty(), opened == R::Quit);
+        QCOMPARE(describe(m_database).section(u'|', 0, 0), stores);
+        QCOMPARE(m_database.categories().isEmpty(), opened == R::Quit);
         QCOMPARE(QFile::exists(g_databasePath), !main.isEmpty());
         const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
         QCOMPARE(alerts.size(), int(newer));
         if (newer)
-            QCOMPARE(alerts.first().moreInfo,
-                     QStringLiteral("The groceries database is newer than this version of "
-                                    "Groceries. You need to upgrade to the latest version."));
+            QCOMPARE(
+                QStringList({alerts.first().message, alerts.first().moreInfo}) + alerts.first().buttonStrings,
+                (QStringList{"Groceries compatibility problem.",
+                             "The groceries database is newer than this version of Groceries. You need to "
+                             "upgrade to the latest version."}));
+    }
+
+    void noDataFolder()
+    {
+        GRLogCapture log;
+        bool asked = false;
+        QCOMPARE(OpenGroceryDatabase(m_database, QString(), [&](bool) { return (asked = true), 1; }),
+                 GROpenResult::StartupFailed);
+        QVERIFY(!asked && m_database.stores().isEmpty());
+        QVERIFY(log.contains(QStringLiteral("Can't find ~/Library/Application Support")));
+        const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
+        QCOMPARE(alerts.size(), 1);
+        QCOMPARE(alerts.first().message, QStringLiteral("Startup failed."));
+        QVERIFY2(alerts.first().moreInfo.startsWith(
+                     QStringLiteral("I couldn't open the grocery list or create a new one. Please contact us "
+                                    "for help at ")) &&
+                     alerts.first().moreInfo.endsWith(u'.'),
+                 qPrintable(alerts.first().moreInfo));
+    }
+
+    void damagedFileIsKept_data()
+    {
+        QTest::addColumn<QStringList>("earlier"); // copies kept by earlier starts
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("first") << QStringList() << "Groceries (damaged).xml";
+        QTest::newRow("earlier copies stay")
+            << QStringList{"Groceries (damaged).xml", "Groceries (damaged 2).xml"}
+            << "Groceries (damaged 3).xml";
+    }
+
+    // What reads before the damage is kept and marked changed; the file as it was stays beside it.
+    void damagedFileIsKept()
+    {
+        QFETCH(QStringList, earlier);
+        QFETCH(QString, kept);
+
+        const QString folder = m_dir->path();
+        const QByteArray damaged =
+            document("<stores><store><name>Shop</name></store></stores><categories><category><name>Fruit"
+                     "</name></category></categories><items><item><name>Apples</name><category>0</category>"
+                     "<store>0</store></item><item><name>Pears</name><category>0</category><store>0</store>"
+                     "</item><!-- the rest is lost <item><name>Plums</name></item></items>");
+        QVERIFY(TS::writeFile(folder + "/Groceries.xml", damaged));
+        for (const QString &name : earlier)
+            QVERIFY(TS::writeFile(folder + u'/' + name, name.toUtf8()));
+
+        QCOMPARE(OpenGroceryDatabase(m_database, folder, [](bool) { return 4; }), GROpenResult::Loaded);
+        QCOMPARE(describe(m_database), QStringLiteral("Shop|Fruit:Apples+Pears|5|0123456|-"));
+        QVERIFY(g_dirty);
+        QCOMPARE(TS::readFile(folder + u'/' + kept), damaged);
+        QCOMPARE(TS::readFile(g_databasePath), damaged);
+        for (const QString &name : earlier)
+            QCOMPARE(TS::readFile(folder + u'/' + name), name.toUtf8());
+        const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
+        QCOMPARE(alerts.size(), 1);
+        QCOMPARE(alerts.first().message, QStringLiteral("The groceries database is damaged."));
+        QCOMPARE(
+            alerts.first().moreInfo,
+            QStringLiteral("I could read only 2 items of it. The file as it was is kept unchanged as \"%1\".")
+                .arg(folder + u'/' + kept));
+
+        // The next save replaces the damaged file; the copy stays.
+        QVERIFY(SaveGroceries(m_database));
+        QCOMPARE(TS::readFile(folder + u'/' + kept), damaged);
     }
 };
 

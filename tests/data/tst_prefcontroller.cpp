@@ -1,9 +1,8 @@
 #include "GRCategory.h"
+#include "GRGroceryDatabase.h"
 #include "GRKeyNames.h"
-#include "GRLists.h"
 #include "GRPrefController.h"
 #include "GRTestSupport.h"
-#include "MGNotificationCenter.h"
 
 #include <QSettings>
 #include <QSignalSpy>
@@ -181,28 +180,30 @@ private slots:
     {
         QFETCH(QStringList, c);
         const QString &before = c[0], &ordered = c[1], &after = c[2], &manual = c[3], &automatic = c[4];
-        const QList<GRCategoryPtr> &now = GRLists::shared().categories();
         for (const int mode : {0, 1, 2}) { // manual order, automatic order, reset to automatic order
             GRPrefController prefs;
+            GRGroceryDatabase database;
             // Entries still point at the records of before the change; only their GUIDs count.
             const QList<GRCategoryPtr> old = makeCategories(before);
             for (const QChar name : ordered)
-                prefs.categoryOrder().append({old.value(before.indexOf(name)), u"G-"_s + name});
-            prefs.setManualOrder(mode != 1);
-            GRLists::shared().categories() = makeCategories(after);
+                database.categoryOrder().append({old.value(before.indexOf(name)), u"G-"_s + name});
+            database.setManualOrder(mode != 1);
+            database.categories() = makeCategories(after);
             QSignalSpy reloaded(&prefs, &GRPrefController::categoryTableChanged);
             QSignalSpy edited(&prefs, &GRPrefController::markWindowEdited);
             if (mode == 2)
-                prefs.resetOrder();
+                prefs.resetOrder(database);
             else
-                MGNotificationCenter::defaultCenter().post(u"mwgroceries.updateCats"_s);
+                prefs.updateCategories(database);
             QString names; // "?" for an entry that is not a live category under its own GUID
-            for (const GRCategoryOrderEntry &entry : prefs.categoryOrder())
-                names +=
-                    now.contains(entry.cat) && entry.guid == entry.cat->guid() ? entry.cat->name() : u"?"_s;
+            for (const GRCategoryOrderEntry &entry : database.categoryOrder())
+                names += database.categories().contains(entry.cat) && entry.guid == entry.cat->guid()
+                             ? entry.cat->name()
+                             : u"?"_s;
             QCOMPARE(names, mode == 0 ? manual : automatic);
-            QCOMPARE(QList<qsizetype>({reloaded.size(), edited.size(), prefs.dirty(), prefs.manualOrder()}),
-                     QList<qsizetype>({1, mode == 2, mode == 2, mode == 0}));
+            QCOMPARE(
+                QList<qsizetype>({reloaded.size(), edited.size(), prefs.dirty(), database.manualOrder()}),
+                QList<qsizetype>({1, mode == 2, mode == 2, mode == 0}));
         }
     }
 };

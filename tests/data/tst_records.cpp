@@ -1,6 +1,8 @@
 #include "GRCategory.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
+#include "GRRecordPositions.h"
+#include "GRSnapshots.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
 #include "MGXmlDecoder.h"
@@ -11,19 +13,28 @@
 
 namespace {
 
-template <typename Record> QString xmlOf(const Record &record)
+// The record's XML without the declaration; items name positions in database.
+template <typename Record> QString xmlOf(const Record &record, const GRGroceryDatabase &database)
 {
     MGXmlEncoder encoder;
-    record.archiveToXml(encoder);
-    return encoder.xml().section('\n', 1); // without the declaration
+    if constexpr (std::is_same_v<Record, GRItem>)
+        record.archiveToXml(encoder, GRRecordPositions(database));
+    else
+        record.archiveToXml(encoder);
+    return encoder.xml().section('\n', 1);
 }
 
 // Reads the record that xml starts with; null unless the reader stops right after its end tag.
-template <typename Record> std::shared_ptr<Record> readXml(const QString &xml)
+template <typename Record>
+std::shared_ptr<Record> readXml(const QString &xml, const GRGroceryDatabase &database)
 {
     auto decoder = MGXmlDecoder::fromString("<?xml?>" + xml + "<after/>");
     decoder->getNextTag();
-    auto record = Record::fromXml(*decoder);
+    std::shared_ptr<Record> record;
+    if constexpr (std::is_same_v<Record, GRItem>)
+        record = Record::fromXml(*decoder, database);
+    else
+        record = Record::fromXml(*decoder);
     return decoder->getNextTag() && decoder->xmlTag() == "after" ? record : nullptr;
 }
 
@@ -43,6 +54,8 @@ class TestRecords : public QObject
 {
     Q_OBJECT
 
+    GRGroceryDatabase m_database;
+
 private slots:
     void initTestCase();
     void init();
@@ -58,9 +71,9 @@ void TestRecords::initTestCase()
     QCOMPARE(MGXmlDecoder::keyDecoder(), GroceryKeyTable());
 }
 
-void TestRecords::init() // two stores and two categories in the live lists
+void TestRecords::init() // two stores and two categories
 {
-    GRLists &lists = GRLists::shared();
+    GRGroceryDatabase &lists = m_database;
     lists.clear();
     for (int i = 0; i < 2; ++i) {
         lists.stores().append(GRStore::create());
@@ -75,26 +88,33 @@ void TestRecords::storesAndCategories()
           "\t<print>-1</print>\n\t<color>{10, 20, 30, 50}</color>\n\t<top>1</top>\n"}) {
         const QString xml = "<store>\n\t<name>A &amp; B</name>\n" + QString(children) + "</store>\n";
         // Unknown tags, including one that reads with the aisle's key, are skipped in a store.
-        const GRStorePtr store =
-            readXml<GRStore>(QString(xml).replace("</store>", "<shelf>7</shelf><aisle>3</aisle></store>"));
+        const GRStorePtr store = readXml<GRStore>(
+            QString(xml).replace("</store>", "<shelf>7</shelf><aisle>3</aisle></store>"), m_database);
         QVERIFY(store);
-        QCOMPARE(xmlOf(*store), xml);
-        QCOMPARE(xmlOf(*store->copy()), xml);
+        QCOMPARE(xmlOf(*store, m_database), xml);
+        QCOMPARE(xmlOf(*store->copy(), m_database), xml);
         QCOMPARE(store->copy()->guid(), store->guid());
+    }
+    // "top", like "need", is a flag in the low byte of its number.
+    for (const auto &[top, set] : {std::pair{"256", false}, {"257", true}, {"-255", true}, {"0", false}}) {
+        const GRStorePtr store =
+            readXml<GRStore>(QString("<store><top>%1</top></store>").arg(top), m_database);
+        QVERIFY(store);
+        QCOMPARE(store->topOfPage(), set);
     }
 
     const QString xml = "<category>\n\t<name>Fish &lt;fresh&gt;</name>\n</category>\n";
     const GRCategoryPtr category =
-        readXml<GRCategory>(QString(xml).replace("</category>", "<item>x</item></category>"));
+        readXml<GRCategory>(QString(xml).replace("</category>", "<item>x</item></category>"), m_database);
     QVERIFY(category);
     addItem(category, QStringLiteral("Cod"), nullptr);
-    QCOMPARE(xmlOf(*category), xml);
+    QCOMPARE(xmlOf(*category, m_database), xml);
     QCOMPARE(category->guid(), QUuid(category->guid()).toString(QUuid::WithoutBraces).toUpper());
 }
 
 void TestRecords::items()
 {
-    GRLists &lists = GRLists::shared();
+    GRGroceryDatabase &lists = m_database;
     // Each item is read and written again, here without the white space. A position past the end or
     // negative picks the first entry, and an unknown tag reads as the aisle.
     const QString name = "<item><name>Tom's &quot;%1&quot; &lt;b&gt;</name>";
@@ -115,8 +135,8 @@ void TestRecords::items()
         {"<count>5</count>", none + "<count>5</count>"}};
     // clang-format on
     const auto reread = [&](const QString &children) {
-        const GRItemPtr read = readXml<GRItem>(name + children + "</item>");
-        return read ? xmlOf(*read).remove('\n').remove('\t') : QString();
+        const GRItemPtr read = readXml<GRItem>(name + children + "</item>", lists);
+        return read ? xmlOf(*read, lists).remove('\n').remove('\t') : QString();
     };
     for (const auto &[children, written] : rows)
         QCOMPARE(reread(children), name + written + "</item>");
@@ -128,7 +148,7 @@ void TestRecords::items()
 // The undo snapshots.
 void TestRecords::copies()
 {
-    GRLists &lists = GRLists::shared();
+    GRGroceryDatabase &lists = m_database;
     const GRCategoryPtr first = lists.categories().at(0);
     const GRItemPtr milk = addItem(first, QStringLiteral("Milk"), lists.stores().at(0));
     milk->setAisle(-4);
@@ -147,30 +167,30 @@ void TestRecords::copies()
     QCOMPARE(copy->guid(), first->guid());
     for (qsizetype i = 0; i < 2; ++i) { // the copies write the same, bar their category's position
         QCOMPARE(copy->items().at(i)->category(), copy);
-        QCOMPARE(xmlOf(*copy->items().at(i)),
-                 xmlOf(*first->items().at(i)).replace("<category>0<", "<category>-1<"));
+        QCOMPARE(xmlOf(*copy->items().at(i), lists),
+                 xmlOf(*first->items().at(i), lists).replace("<category>0<", "<category>-1<"));
     }
     QVERIFY(!CopyCategory(nullptr, shown));
     copy.reset(); // an item's category is a back-reference and must not keep a dropped copy alive
     QVERIFY(!shown.at(0)->category());
 
     shown = {apple, milk};
-    const QList<GRCategoryPtr> categories = CopyCategories(shown);
+    const QList<GRCategoryPtr> categories = CopyCategories(lists.categories(), shown);
     QCOMPARE(categories.size(), 2);
     QCOMPARE(categories.at(1)->guid(), lists.categories().at(1)->guid());
     QCOMPARE(shown, QList<GRItemPtr>({categories.at(1)->items().at(0), categories.at(0)->items().at(0)}));
 
     lists.stores().append(lists.stores().at(1)->copy()); // two stores with one GUID
     QHash<QString, GRStorePtr> byGuid{{QStringLiteral("stale"), GRStore::create()}};
-    const QList<GRStorePtr> stores = CopyStores(byGuid);
+    const QList<GRStorePtr> stores = CopyStores(lists.stores(), byGuid);
     QCOMPARE(stores.size(), 3);
     QCOMPARE(byGuid.size(), 2);
     QCOMPARE(byGuid.value(lists.stores().at(0)->guid()), stores.at(0));
     QVERIFY(stores.at(0) != lists.stores().at(0));
-    QCOMPARE(GRStore::storeForGuid(lists.stores().at(1)->guid()), lists.stores().at(1));
-    QCOMPARE(GRStore::storeForGuid(lists.stores().at(1)->guid().toLower()), nullptr);
+    QCOMPARE(lists.storeForGuid(lists.stores().at(1)->guid()), lists.stores().at(1));
+    QCOMPARE(lists.storeForGuid(lists.stores().at(1)->guid().toLower()), nullptr);
     lists.stores().at(0)->setGuid(QString());
-    QCOMPARE(GRStore::storeForGuid(QString()), nullptr);
+    QCOMPARE(lists.storeForGuid(QString()), nullptr);
 }
 
 QTEST_GUILESS_MAIN(TestRecords)

@@ -1,7 +1,7 @@
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRLists.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
 
@@ -41,7 +41,6 @@ class TestTemplates : public QObject
 
 private slots:
     void initTestCase() { GRTestSupport::initEnvironment(); }
-    void init() { GRLists::shared().clear(); }
 
     void starterTemplate_data()
     {
@@ -62,17 +61,18 @@ private slots:
 
         const QString path = QStringLiteral(":/templates/Groceries %1.xml").arg(QTest::currentDataTag());
         QCOMPARE(TemplateResourcePath(option), path);
-        QVERIFY(ReadModernDatabase(path));
+        GRGroceryDatabase database;
+        QVERIFY(ReadModernDatabase(path, database));
         // A save writes the resource back byte for byte.
         const QByteArray resource = GRTestSupport::readFile(path);
-        QCOMPARE(GroceriesXml().toUtf8().split('\n'), resource.split('\n'));
+        QCOMPARE(GroceriesXml(database).toUtf8().split('\n'), resource.split('\n'));
         QCOMPARE(wordsIn("Vegan Mayo, cheddar; Salmon", Meat + u'|' + AnimalProducts),
                  (QStringList{"cheddar", "Salmon"}));
         if (!absent.isEmpty())
             QCOMPARE(wordsIn(QString::fromUtf8(resource), absent).join(u','), QString());
 
-        const QList<GRStorePtr> &stores = GRLists::shared().stores();
-        const QList<GRCategoryPtr> &categories = GRLists::shared().categories();
+        const QList<GRStorePtr> &stores = database.stores();
+        const QList<GRCategoryPtr> &categories = database.categories();
         QCOMPARE_GE(stores.size(), 3);
         QCOMPARE_GE(categories.size(), 12);
         QCOMPARE(stores.first()->name(), QStringLiteral("Grocery Store"));

@@ -1,9 +1,9 @@
 #include "GRTestSupport.h"
 
 #include "GRDatabaseFile.h"
-#include "GRLists.h"
 #include "GRPrefController.h"
 #include "MGAlert.h"
+#include "MGXmlDecoder.h"
 
 #include <QFile>
 #include <QStandardPaths>
@@ -18,14 +18,16 @@ QString GRTestSupport::dataPath(const QString &relative)
     return QStringLiteral(GR_TEST_DATA_DIR "/") + relative;
 }
 
-void GRTestSupport::resetDatabase()
+void GRTestSupport::resetState()
 {
-    GRLists::shared().clear();
-    GRPrefController::sharedInstance().resetDatabaseSettings();
     g_dirty = false;
-    MGAlert::sharedInstance().clearNextAnswers();
-    MGAlert::sharedInstance().clearShownAlerts();
+    GRPrefController::sharedInstance().setDirty(false);
+    MGAlert &alert = MGAlert::sharedInstance();
+    alert.clearNextAnswers();
+    alert.clearShownAlerts();
+    alert.setRecordingAlerts(true);
     SetDatabaseFileOps(nullptr);
+    MGXmlDecoder::setKeyDecoder(std::make_shared<MGXmlDecoder::KeyTable>());
 }
 
 QByteArray GRTestSupport::readFile(const QString &path)

@@ -12,10 +12,10 @@ public:
     static void initEnvironment();
     // A path under the source tree's tests/ folder.
     static QString dataPath(const QString &relative);
-    // Empties the live lists, puts the database-held preferences back to their start values,
-    // clears both dirty flags, the alert service's queued answers and record, and the
-    // file-operations seam.
-    static void resetDatabase();
+    // Clears both dirty flags, the alert service's queued answers and record (and records from
+    // now on), and the file-operations seam. Leaves an empty tag table current, as start-up
+    // does, so that a reader of grocery text that forgets to make its own table current fails.
+    static void resetState();
     static QByteArray readFile(const QString &path);
     static bool writeFile(const QString &path, const QByteArray &bytes);
 };

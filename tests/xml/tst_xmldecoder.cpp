@@ -115,12 +115,12 @@ void TestXmlDecoder::opening()
 
 void TestXmlDecoder::decodeEscapes()
 {
-    // Unknown entities are deleted, each reference is decoded once, and a named one is at most 14
-    // characters long, "&" and ";" included.
+    // Numeric references are decoded first and named ones in a second pass over the result; unknown
+    // entities are deleted, and a named one is at most 14 characters long, "&" and ";" included.
     // clang-format off
     const std::pair<const char *, const char *> rows[] = {
         {"Fish &copy; Chips", "Fish  Chips"}, {"&nbsp;&lt;&gt;&amp;&quot;&apos;", " <>&\"'"},
-        {"&amp;lt; &#38;amp;", "&lt; &amp;"}, {"&#65;&#x42;&#X43;&#68 E&#x1F353;", "ABCDE\U0001F353"},
+        {"&amp;lt; &#38;amp; &#38;lt; &#38;#65;", "&lt; & < "}, {"&#65;&#x42;&#X43;&#68 E&#x1F353;", "ABCDE\U0001F353"},
         {"&#xD800;&#0;&#99999999999999999999;", "\uFFFD\uFFFD\uFFFD"},
         {"a & b && AT&T& &#65", "a & b && AT&T& &#65"}, {"x&<y;&a>b;", "x&<y;&a>b;"},
         {"[&abcdefghijkl;][&abcdefghijklm;]", "[][&abcdefghijklm;]"}};

@@ -1,0 +1,188 @@
+#include "GRCommandLine.h"
+
+#include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
+#include "GRListText.h"
+#include "GRPrefController.h"
+#include "GRTagKeys.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+void writeOut(FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+// Headless commands speak only through their own output: Qt's notes (a missing runtime folder,
+// say) and the log lines of a read are not for the terminal.
+void discardMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+// While the window's application object is made, a display that refuses us is fatal to Qt; the
+// user gets one line and status 1 instead of a core dump.
+void trapDisplayFailure(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type != QtFatalMsg)
+        return;
+    const QByteArray display = qgetenv("DISPLAY");
+    writeOut(
+        stderr,
+        QStringLiteral("groceries: can't open a window: %1\n")
+            .arg(display.isEmpty()
+                     ? message.section(u'\n', 0, 0).trimmed()
+                     : QStringLiteral("no connection to display %1").arg(QString::fromLocal8Bit(display))));
+    std::_Exit(1);
+}
+
+} // namespace
+
+GRCommandLine::GRCommandLine(int argc, char *argv[])
+{
+    bool list = false, help = false, version = false;
+    for (int i = 1; i < argc && m_error.isEmpty(); ++i) {
+        const QString argument = QString::fromLocal8Bit(argv[i]);
+        if (argument == QLatin1String("--list"))
+            list = true;
+        else if (argument == QLatin1String("--needed"))
+            m_neededOnly = true;
+        else if (argument == QLatin1String("--help") || argument == QLatin1String("-h"))
+            help = true;
+        else if (argument == QLatin1String("--version") || argument == QLatin1String("-v"))
+            version = true;
+        else if (argument.startsWith(u'-'))
+            m_error = QStringLiteral("unknown option '%1'").arg(argument);
+        else
+            m_error = QStringLiteral("unexpected argument '%1'").arg(argument);
+    }
+    if (m_error.isEmpty() && m_neededOnly && !list)
+        m_error = QStringLiteral("--needed goes with --list");
+    if (!m_error.isEmpty())
+        m_mode = Mode::UsageError;
+    else if (help)
+        m_mode = Mode::Help;
+    else if (version)
+        m_mode = Mode::Version;
+    else if (list)
+        m_mode = Mode::List;
+}
+
+QString GRCommandLine::usage()
+{
+    return QStringLiteral(
+        "Usage: groceries [--list [--needed]]\n"
+        "\n"
+        "Groceries keeps a household's grocery list. Without options it opens the list in a "
+        "window.\n"
+        "\n"
+        "Options:\n"
+        "  --list         Print the grocery list to standard output.\n"
+        "  --needed       With --list, print only the needed items.\n"
+        "  -h, --help     Print this help.\n"
+        "  -v, --version  Print the version.\n");
+}
+
+int GRCommandLine::run(int argc, char *argv[]) const
+{
+    qInstallMessageHandler(discardMessages);
+    switch (m_mode) {
+    case Mode::Help:
+        writeOut(stdout, usage());
+        return 0;
+    case Mode::Version:
+        writeOut(stdout, QStringLiteral("Groceries %1\n").arg(QStringLiteral(GR_VERSION)));
+        return 0;
+    case Mode::UsageError:
+        writeOut(stderr, QStringLiteral("groceries: %1\n\n").arg(m_error) + usage());
+        return 2;
+    case Mode::List: {
+        QCoreApplication app(argc, argv);
+        return listGroceries();
+    }
+    case Mode::Window:
+        break;
+    }
+    return 2;
+}
+
+int GRCommandLine::listGroceries() const
+{
+    // Nothing on this path may write the settings.
+    GRPrefController::setReadOnly(true);
+    RegisterGroceryTags();
+    const QString folder = DatabaseFolder();
+    if (folder.isEmpty()) {
+        writeOut(stderr, QStringLiteral("groceries: no data folder to read the grocery list from\n"));
+        return 1;
+    }
+    const QString path = folder + QStringLiteral("/Groceries.xml");
+    GRGroceryDatabase database;
+    GRReadReport report;
+    if (!QFileInfo(path).isFile() || !ReadModernDatabase(path, database, &report)) {
+        QString message = QStringLiteral("groceries: no readable grocery list at %1\n").arg(path);
+        const QString backup = DatabaseBackupPath(path);
+        if (IsReadableDatabase(backup))
+            message += QStringLiteral("The version saved before it, %1, can be restored by starting "
+                                      "Groceries.\n")
+                           .arg(backup);
+        writeOut(stderr, message);
+        return 1;
+    }
+    writeOut(stdout, GroceryListText(database, m_neededOnly));
+    if (report.damaged())
+        writeOut(stderr, QStringLiteral("groceries: %1 is damaged; only the %2 items before the damage were "
+                                        "read (%3)\n")
+                             .arg(path)
+                             .arg(report.itemCount)
+                             .arg(report.error));
+    return 0;
+}
+
+bool GRCommandLine::displayReachable(const QStringList &platforms, const QString &display,
+                                     const QString &waylandDisplay, QString *why)
+{
+    for (const QString &entry : platforms) {
+        const QString platform = entry.section(u':', 0, 0).trimmed();
+        if (platform == QLatin1String("xcb")) {
+            if (!display.isEmpty())
+                return true;
+        } else if (platform.startsWith(QLatin1String("wayland"))) {
+            if (!waylandDisplay.isEmpty())
+                return true;
+        } else if (!platform.isEmpty()) {
+            return true; // offscreen, vnc, eglfs ... need no display variable
+        }
+    }
+    if (why)
+        *why = QStringLiteral("no display (DISPLAY is not set)");
+    return false;
+}
+
+bool GRCommandLine::prepareWindow()
+{
+    QString platforms = qEnvironmentVariable("QT_QPA_PLATFORM");
+    if (platforms.isEmpty()) {
+        platforms = QStringLiteral("xcb");
+        if (qEnvironmentVariable("XDG_SESSION_TYPE") == QLatin1String("wayland"))
+            platforms.prepend(QStringLiteral("wayland;"));
+    }
+    QString why;
+    if (!displayReachable(platforms.split(u';'), qEnvironmentVariable("DISPLAY"),
+                          qEnvironmentVariable("WAYLAND_DISPLAY"), &why)) {
+        writeOut(stderr, QStringLiteral("groceries: can't open a window: %1\n").arg(why));
+        return false;
+    }
+    qInstallMessageHandler(trapDisplayFailure);
+    return true;
+}
+
+void GRCommandLine::windowStarted()
+{
+    qInstallMessageHandler(nullptr);
+}

@@ -1,0 +1,280 @@
+#include "GRAppController.h"
+
+#include "GRDatabaseFile.h"
+#include "GRGroceryEdits.h"
+#include "GRGroupsController.h"
+#include "GRKeyNames.h"
+#include "GRNames.h"
+#include "GRPrefController.h"
+#include "GRTagKeys.h"
+#include "GRTemplateDialog.h"
+#include "GRWindowController.h"
+#include "MGNotificationCenter.h"
+#include "MGUndoManager.h"
+#include "MGXmlDecoder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QPageSetupDialog>
+#include <QPrinter>
+#include <QSessionManager>
+#include <QSettings>
+
+#include <algorithm>
+
+namespace {
+
+const char FirstRunKey[] = "com.marlowick.groceries.run";
+
+// The application's own commands among the window's actions, and the function each runs.
+const std::pair<const char *, void (GRAppController::*)()> Commands[] = {
+    {"doPageLayout", &GRAppController::doPageLayout},
+    {"terminate", &GRAppController::terminate},
+    {"showPreferences", &GRAppController::showPreferences},
+    {"showGroceriesHelp", &GRAppController::showGroceriesHelp},
+};
+const char *const ValidatedCommands[] = {"saveDocument", "doPageLayout",    "exportList",       "emailList",
+                                         "terminate",    "showPreferences", "showGroceriesHelp"};
+
+bool databaseChanged()
+{
+    return g_dirty || GRPrefController::sharedInstance().dirty();
+}
+
+} // namespace
+
+GRAppController &GRAppController::sharedInstance()
+{
+    // Never destroyed: the database it owns outlives every window.
+    static GRAppController *const instance = new GRAppController;
+    return *instance;
+}
+
+GRAppController::GRAppController() : m_undo(m_database, m_displayItems)
+{
+    MGUndoManager::setBeepHandler([] { QApplication::beep(); });
+    MGUndoManager::setModalCheck([] { return isModalUp(); });
+    m_undo.install();
+    MGNotificationCenter::defaultCenter().addObserver(
+        GRUpdateCatsNotification, this,
+        [this](const QVariantMap &) { GRPrefController::sharedInstance().updateCategories(m_database); });
+}
+
+void GRAppController::setTemplateChooser(std::function<int(bool)> chooser)
+{
+    m_templateChooser = std::move(chooser);
+}
+
+bool GRAppController::applicationDidFinishLaunching()
+{
+    if (m_launched)
+        return true;
+    GRPrefController &prefs = GRPrefController::sharedInstance();
+    m_displayItems.clear();
+    setKeyStrings();
+    RegisterGroceryTags();
+
+    const auto chooser = m_templateChooser ? m_templateChooser : &GRTemplateDialog::selectTemplate;
+    switch (OpenGroceryDatabase(m_database, DatabaseFolder(), chooser)) {
+    case GROpenResult::Quit:
+    case GROpenResult::StartupFailed:
+        return false;
+    case GROpenResult::Loaded:
+    case GROpenResult::Created:
+        break;
+    }
+    m_launched = true;
+
+    if (!m_windowController)
+        attachWindow(new GRWindowController(m_database, m_displayItems));
+    GRWindowController *window = m_windowController;
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &GRAppController::applicationWillTerminate,
+            Qt::UniqueConnection);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &manager) {
+        if (!commitData(manager.allowsInteraction()))
+            manager.cancel();
+        manager.release();
+    });
+
+    MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
+    center.post(GRReloadCatsNotification, {{GRSelectionKey, 0}});
+    center.post(GRUpdateStoresNotification);
+    center.post(GRUpdateCatsNotification);
+    window->setWindowModified(g_dirty || prefs.dirty());
+
+    // The help viewer's document engine would make its own tag table current here; an empty one
+    // stands in for it, so every later reader of grocery text must make the grocery table current.
+    MGXmlDecoder::setKeyDecoder(std::make_shared<MGXmlDecoder::KeyTable>());
+
+    QSettings settings(QStringLiteral("Marlowick"), QStringLiteral("Groceries"));
+    if (!settings.value(QLatin1String(FirstRunKey), false).toBool()) {
+        window->showMaximized();
+        settings.setValue(QLatin1String(FirstRunKey), true);
+    } else {
+        window->show();
+    }
+    window->raise();
+    window->activateWindow();
+    return true;
+}
+
+void GRAppController::attachWindow(GRWindowController *window)
+{
+    m_windowController = window;
+    m_undo.setView(window);
+    m_undo.install();
+    // The window goes before the undo history that may still name it.
+    connect(window, &QObject::destroyed, this, [this] { m_undo.setView(nullptr); });
+    for (const auto &[name, command] : Commands)
+        connect(window->action(QLatin1String(name)), &QAction::triggered, this, command);
+    connect(window->action(QStringLiteral("saveDocument")), &QAction::triggered, this,
+            &GRAppController::saveDocument);
+    connect(window, &GRWindowController::menusValidated, this, &GRAppController::validateMenus);
+    connect(this, &GRAppController::saved, window, &GRWindowController::updateEditedMark);
+    connect(this, &GRAppController::keyStringsChanged, window, &GRWindowController::refreshLegend);
+    window->updateMenus();
+}
+
+bool GRAppController::applicationShouldTerminate()
+{
+    return !m_windowController || m_windowController->windowShouldClose();
+}
+
+void GRAppController::applicationWillTerminate()
+{
+    GRPrefController::sharedInstance().savePreferences();
+}
+
+bool GRAppController::commitData(bool allowsInteraction)
+{
+    if (!databaseChanged())
+        return true;
+    // Without leave to ask, refusing keeps the edits; the session may end us all the same.
+    return allowsInteraction && applicationShouldTerminate();
+}
+
+GRWindowController *GRAppController::windowController() const
+{
+    return m_windowController;
+}
+
+qint64 GRAppController::currentCategory() const
+{
+    return m_windowController ? m_windowController->groups()->currentCategory() : -1;
+}
+
+qint64 GRAppController::currentStore() const
+{
+    return m_windowController ? m_windowController->groups()->currentStore() : -1;
+}
+
+bool GRAppController::saveDocument()
+{
+    if (!SaveGroceries(m_database))
+        return false;
+    emit saved();
+    return true;
+}
+
+void GRAppController::doPageLayout()
+{
+    GRPrintSettings &settings = GRPrefController::sharedInstance().printInfo();
+    auto *printer = new QPrinter(QPrinter::HighResolution);
+    printer->setPageLayout(settings.pageLayout());
+    auto *dialog = new QPageSetupDialog(printer, m_windowController);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(m_windowController ? Qt::WindowModal : Qt::ApplicationModal);
+    connect(dialog, &QDialog::accepted, this, [printer] {
+        GRPrefController::sharedInstance().printInfo().setPageLayout(printer->pageLayout());
+    });
+    connect(dialog, &QObject::destroyed, this, [printer] { delete printer; });
+    dialog->open();
+}
+
+void GRAppController::showPreferences()
+{
+    // The preferences window is not built yet.
+}
+
+void GRAppController::terminate()
+{
+    // Closing the main window asks the save question; the last window closing quits.
+    if (m_windowController && m_windowController->isVisible())
+        m_windowController->close();
+    else if (applicationShouldTerminate())
+        QCoreApplication::quit();
+}
+
+void GRAppController::showGroceriesHelp()
+{
+    // The help viewer is not built yet.
+}
+
+QString GRAppController::aboutString()
+{
+    return QStringLiteral("Grocery list manager.");
+}
+
+bool GRAppController::installNewStores(const QList<GRStorePtr> &newStores, GRUndoDescriptor undoDescriptor)
+{
+    if (newStores.isEmpty() || !newStores.first() ||
+        !RecordUndo(GRUndoAction::CategoriesAndStores, undoDescriptor))
+        return false;
+    GRGroceryEdits::installNewStores(m_database, newStores);
+    MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
+    center.post(GRRedoItemsNotification);
+    center.post(GRUpdateStoresNotification);
+    return true;
+}
+
+void GRAppController::setKeyStrings()
+{
+    BuildKeyStrings();
+    emit keyStringsChanged();
+}
+
+bool GRAppController::isModalUp()
+{
+    return QApplication::activeModalWidget() != nullptr;
+}
+
+bool GRAppController::isSheetUp() const
+{
+    if (!m_windowController)
+        return false;
+    const QList<QDialog *> dialogs = m_windowController->findChildren<QDialog *>();
+    return std::any_of(dialogs.begin(), dialogs.end(), [](const QDialog *dialog) {
+        return dialog->isVisible() && dialog->windowModality() == Qt::WindowModal;
+    });
+}
+
+bool GRAppController::validateMenuItem(const QAction *action) const
+{
+    if (!action)
+        return false;
+    const QString name = action->objectName();
+    const bool modal = isModalUp();
+    const bool sheet = isSheetUp();
+    // Not built yet: shown, never enabled.
+    if (name == QLatin1String("showPreferences") || name == QLatin1String("exportList") ||
+        name == QLatin1String("emailList") || name == QLatin1String("showGroceriesHelp"))
+        return false;
+    if (name == QLatin1String("saveDocument"))
+        return !modal && !sheet && databaseChanged();
+    if (name == QLatin1String("doPageLayout"))
+        return !modal && !sheet;
+    if (name == QLatin1String("terminate"))
+        return !sheet;
+    return true;
+}
+
+void GRAppController::validateMenus()
+{
+    if (!m_windowController)
+        return;
+    for (const char *name : ValidatedCommands) {
+        if (QAction *action = m_windowController->action(QLatin1String(name)))
+            action->setEnabled(validateMenuItem(action));
+    }
+}

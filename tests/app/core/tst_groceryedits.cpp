@@ -1,0 +1,382 @@
+#include "GRCategory.h"
+#include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
+#include "GRGroceryEdits.h"
+#include "GRGroceryQueries.h"
+#include "GRItem.h"
+#include "GRPrefController.h"
+#include "GRSnapshotUndo.h"
+#include "GRStore.h"
+#include "GRTestSupport.h"
+#include "GRUndoKinds.h"
+#include "GRUndoView.h"
+#include "MGUndoManager.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <functional>
+
+namespace {
+
+// Stores: Corner Shop, Bakery Bros, Market. Categories: Dairy, Fruit, Pantry.
+const QByteArray Database = R"(<?xml version="1.0" encoding="UTF-8"?><groceries version="1"><stores>
+<store><name>Corner Shop</name></store><store><name>Bakery Bros</name></store>
+<store><name>Market</name></store></stores><categories>
+<category><name>Dairy</name></category><category><name>Fruit</name></category>
+<category><name>Pantry</name></category></categories><items>
+<item><name>Milk</name><category>0</category><store>0</store><need>1</need></item>
+<item><name>Buttermilk</name><category>0</category><store>1</store></item>
+<item><name>Cheese</name><category>0</category><store>2</store></item>
+<item><name>Apples</name><category>1</category><store>2</store><need>1</need></item>
+<item><name>Bananas</name><category>1</category><store>0</store></item>
+<item><name>Flour</name><category>2</category><store>1</store></item></items></groceries>)";
+
+// A needed Yogurt of Bakery Bros in Pantry, as the pasteboard carries it.
+const QByteArray Yogurt = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<item><name>Yogurt</name>"
+                          "<category>2</category><store>1</store><need>1</need></item>";
+
+// "Category: item@store*, ... | ... / stores" (* = needed); a wrong back-reference shows.
+QString dump(const GRGroceryDatabase &database)
+{
+    QStringList categories;
+    for (const GRCategoryPtr &category : database.categories()) {
+        QStringList items;
+        for (const GRItemPtr &item : category->items()) {
+            items << item->name() + '@' + (item->store() ? item->store()->name() : QString()) +
+                         (item->isNeeded() ? "*" : "");
+            if (item->category() != category)
+                items.last() += "!wrong-category";
+            if (database.indexOfStore(item->store().get()) < 0)
+                items.last() += "!dead-store";
+        }
+        categories << category->name() + ": " + items.join(", ");
+    }
+    QStringList stores;
+    for (const GRStorePtr &store : database.stores())
+        stores << store->name();
+    return categories.join(" | ") + " / " + stores.join(", ");
+}
+
+QString names(const QList<GRItemPtr> &items)
+{
+    QStringList list;
+    for (const GRItemPtr &item : items)
+        list << item->name();
+    return list.join(',');
+}
+
+// The window as undo sees it: the selected category row and the list on show it fills.
+class FakeWindow : public GRUndoView
+{
+public:
+    FakeWindow(GRGroceryDatabase &database, QList<GRItemPtr> &shown) : m_database(database), m_shown(shown) {}
+
+    qint64 row = 0;
+    bool edited = false;
+    qint64 currentCategory() const override { return row; }
+    void cancelOperation() override {}
+    void reloadCategoriesCore(qint64 selected) override
+    {
+        row = selected;
+        m_shown = GRGroceryQueries::itemsOfGroup(m_database, false, row);
+    }
+    void deselectAll() override { row = -1; }
+    void updateEditedMark() override { edited = g_dirty || GRPrefController::sharedInstance().dirty(); }
+
+private:
+    GRGroceryDatabase &m_database;
+    QList<GRItemPtr> &m_shown;
+};
+
+struct Fixture
+{
+    GRGroceryDatabase db;
+    QList<GRItemPtr> shown;
+    FakeWindow window{db, shown};
+    GRSnapshotUndo undo{db, shown};
+
+    GRItemPtr item(const QString &name) const
+    {
+        for (const GRItemPtr &entry : GRGroceryQueries::allItems(db))
+            if (entry->name() == name)
+                return entry;
+        return nullptr;
+    }
+    GRCategoryPtr category(int row) const { return db.categories().value(row); }
+};
+
+// A command as the window runs it: record the step, then change the data.
+using Command = std::function<bool(Fixture &)>;
+bool record(GRUndoAction action, GRUndoDescriptor descriptor, const GRCategoryPtr &context = nullptr)
+{
+    return RecordUndo(action, descriptor, context);
+}
+
+// clang-format off
+using A = GRUndoAction;
+using D = GRUndoDescriptor;
+using E = GRGroceryEdits;
+// The row name of a command is its undo title.
+const std::pair<const char *, Command> Commands[] = {
+    {"Clear All Checkmarks", [](Fixture &f) { return record(A::Categories, D::ClearAllCheckmarks) && (E::clearChecks(f.db), true); }},
+    {"Rename Category", [](Fixture &f) {
+        const GRCategoryPtr fruit = f.category(1);
+        return record(A::Category, D::RenameCategory, fruit) && (f.window.reloadCategoriesCore(E::renameCategory(f.db, fruit, "Apricots")), true); }},
+    {"Rename Store", [](Fixture &f) { return record(A::CategoriesAndStores, D::RenameStore) && E::installNewStores(f.db, E::storesRenaming(f.db, 2, "Aldo")); }},
+    {"Delete Category", [](Fixture &f) {
+        const GRCategoryPtr fruit = f.category(1), heir = E::categoryHeir(f.db, 1);
+        return heir && record(A::Categories, D::DeleteCategory) && (E::mergeCategory(f.db, fruit, heir), f.window.reloadCategoriesCore(0), true); }},
+    {"Delete Store", [](Fixture &f) { return record(A::CategoriesAndStores, D::DeleteStore) && E::installNewStores(f.db, E::storesWithout(f.db, 2)); }},
+    {"Move Item", [](Fixture &f) {
+        const GRItemPtr apples = f.item("Apples");
+        return record(A::Categories, D::MoveItem) && E::moveItem(apples, f.category(2)) && f.shown.removeAll(apples); }},
+    {"Change Item", [](Fixture &f) {
+        const GRItemPtr bananas = f.item("Bananas");
+        return record(A::Category, D::ChangeItem, bananas->category()) && E::reassignStore(bananas, f.db.stores().value(2)); }},
+    {"Add Category", [](Fixture &f) { return record(A::Categories, D::AddCategory) && E::addCategory(f.db); }},
+    {"Add Store", [](Fixture &f) { return record(A::CategoriesAndStores, D::AddStore) && E::addStore(f.db); }},
+    {"Paste Item", [](Fixture &f) {
+        const GRItemPtr yogurt = E::itemFromPasteboardText(f.db, Yogurt);
+        const GRCategoryPtr fruit = f.category(1);
+        return yogurt && record(A::Category, D::PasteItem, fruit) && (E::insertItem(fruit, yogurt), f.shown.append(yogurt), true); }},
+};
+// clang-format on
+
+} // namespace
+
+class TestGroceryEdits : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<Fixture> m_f;
+    MGUndoManager &m_undo = MGUndoManager::sharedInstance();
+
+    Fixture &f() { return *m_f; }
+
+    // Everything undo and redo must bring back, and the menu titles.
+    QString checkState()
+    {
+        QStringList shown = names(f().shown).split(',', Qt::SkipEmptyParts);
+        shown.sort();
+        QString undoTitle, redoTitle;
+        m_undo.validateState(true, &undoTitle);
+        m_undo.validateState(false, &redoTitle);
+        return QStringLiteral("%1 / shown %2 / row %3 / %4 / %5, %6")
+            .arg(dump(f().db), shown.join(','))
+            .arg(f().window.row)
+            .arg(f().window.edited ? "edited" : "clean", undoTitle, redoTitle);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        GRTestSupport::initEnvironment();
+        MGUndoManager::setBeepHandler([] {});
+        MGUndoManager::setModalCheck([] { return false; });
+    }
+
+    void init()
+    {
+        GRTestSupport::resetState();
+        m_f = std::make_unique<Fixture>();
+        QVERIFY(ReadModernDatabaseData(Database, f().db));
+        f().undo.setView(&f().window);
+        f().undo.install();
+        f().window.reloadCategoriesCore(1);
+    }
+
+    void cleanup() { m_f.reset(); }
+
+    void queries_data()
+    {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("category in its order") << "category 0"
+                                               << "Milk,Buttermilk,Cheese";
+        QTest::newRow("store: categories and items backwards") << "store 2"
+                                                               << "Apples,Cheese";
+        QTest::newRow("row past the list") << "store 3"
+                                           << "";
+        QTest::newRow("all") << "all"
+                             << "Milk,Buttermilk,Cheese,Apples,Bananas,Flour";
+        QTest::newRow("needed") << "needed"
+                                << "Milk,Apples";
+        QTest::newRow("find, any case") << "find MILK"
+                                        << "Milk,Buttermilk";
+        QTest::newRow("find nothing") << "find xyz"
+                                      << "";
+    }
+    void queries()
+    {
+        QFETCH(QString, query);
+        const QString argument = query.section(' ', 1);
+        QList<GRItemPtr> found;
+        if (query.startsWith("category") || query.startsWith("store"))
+            found = GRGroceryQueries::itemsOfGroup(f().db, query.startsWith("store"), argument.toLongLong());
+        else if (query == "all")
+            found = GRGroceryQueries::allItems(f().db);
+        else if (query == "needed")
+            found = GRGroceryQueries::neededItems(f().db);
+        else
+            found = GRGroceryQueries::findItems(f().db, argument);
+        QTEST(names(found), "found");
+        QCOMPARE(GRGroceryQueries::groupRowOfItem(f().db, true, f().item("Cheese")), 2);
+        QCOMPARE(GRGroceryQueries::groupRowOfItem(f().db, false, GRItem::create()), -1);
+    }
+
+    void pastedItems_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("item"); // empty: refused
+        QTest::newRow("item") << Yogurt << "Yogurt@Bakery Bros* in Pantry";
+        QTest::newRow("positions past the lists")
+            << QByteArray("<?xml?><item><name>X</name><category>7</category>"
+                          "<store>9</store></item>")
+            << "X@Corner Shop in Dairy";
+        QTest::newRow("not an item") << QByteArray("<?xml?><store><name>S</name></store>") << "";
+        QTest::newRow("not XML") << QByteArray("Yogurt") << "";
+        QTest::newRow("not UTF-8") << QByteArray("<?xml?><item><name>\xff</name></item>") << "";
+        QTest::newRow("empty") << QByteArray() << "";
+    }
+    // The reader makes the grocery tag table current itself: another table is current here.
+    void pastedItems()
+    {
+        QFETCH(QByteArray, text);
+        const GRItemPtr item = GRGroceryEdits::itemFromPasteboardText(f().db, text);
+        QTEST(item ? QStringLiteral("%1@%2%3 in %4")
+                         .arg(item->name(), item->store()->name(), item->isNeeded() ? "*" : "",
+                              item->category()->name())
+                   : QString(),
+              "item");
+        QVERIFY(GRGroceryQueries::findItems(f().db, "Yogurt").isEmpty()); // reading adds nothing
+    }
+
+    void storeInstallation()
+    {
+        // The first store stays first, the others sort by name; a renamed copy keeps its items and
+        // the items of a store that is gone go to the first store.
+        QList<GRStorePtr> stores = GRGroceryEdits::storesRenaming(f().db, 2, "Aldo");
+        stores.removeAt(1);
+        stores.append(GRStore::create());
+        stores.last()->setName("Zed");
+        QVERIFY(GRGroceryEdits::installNewStores(f().db, stores));
+        QCOMPARE(dump(f().db),
+                 "Dairy: Milk@Corner Shop*, Buttermilk@Corner Shop, Cheese@Aldo | Fruit: Apples@Aldo*,"
+                 " Bananas@Corner Shop | Pantry: Flour@Corner Shop / Corner Shop, Aldo, Zed");
+        QVERIFY(!GRGroceryEdits::installNewStores(f().db, {}));
+        QCOMPARE(f().db.stores().size(), 3);
+
+        // Items of stores that are only copies come back to the live store with their GUID.
+        f().item("Flour")->setStore(f().db.stores().at(1)->copy());
+        f().item("Milk")->setStore(GRStore::create());
+        GRGroceryEdits::repointItemStores(f().db);
+        QCOMPARE(f().item("Flour")->store(), f().db.stores().at(1));
+        QCOMPARE(f().item("Milk")->store(), f().db.stores().at(0));
+    }
+
+    void categoryHeirs()
+    {
+        QCOMPARE(GRGroceryEdits::categoryHeir(f().db, 0), f().category(1));
+        QCOMPARE(GRGroceryEdits::categoryHeir(f().db, 2), f().category(0));
+        QVERIFY(!GRGroceryEdits::categoryHeir(f().db, 3) && !GRGroceryEdits::categoryHeir(f().db, -1));
+        f().db.categories().resize(1);
+        QVERIFY(!GRGroceryEdits::categoryHeir(f().db, 0));
+    }
+
+    void undoRoundTrip_data()
+    {
+        QTest::addColumn<int>("command");
+        for (int i = 0; i < int(std::size(Commands)); ++i)
+            QTest::newRow(Commands[i].first) << i;
+    }
+    // Undo gives back exactly the state before the command, redo exactly the state after it, as
+    // often as asked.
+    void undoRoundTrip()
+    {
+        QFETCH(int, command);
+        const QString before = checkState();
+        QVERIFY(Commands[command].second(f()));
+        const QString after = checkState();
+        QVERIFY(after != before);
+        QVERIFY2(after.endsWith(QString("/ Undo %1, Redo").arg(QTest::currentDataTag())), qPrintable(after));
+        for (int round = 0; round < 2; ++round) {
+            m_undo.undo();
+            QCOMPARE(checkState(),
+                     QString(before).replace("/ Undo, Redo",
+                                             QString("/ Undo, Redo %1").arg(QTest::currentDataTag())));
+            m_undo.redo();
+            QCOMPARE(checkState(), after);
+        }
+    }
+
+    void refusedRecordingChangesNothing_data() { undoRoundTrip_data(); }
+    // With undo off every recording is refused, and the command must not touch the data.
+    void refusedRecordingChangesNothing()
+    {
+        QFETCH(int, command);
+        m_undo.setBufferSize(0);
+        const QString before = dump(f().db);
+        QVERIFY(!Commands[command].second(f()));
+        QCOMPARE(dump(f().db), before);
+        QVERIFY(!g_dirty && !f().window.edited);
+    }
+
+    void categoryStepOfAGoneCategory()
+    {
+        // A step whose category is gone can't be applied: the history empties, the data stays.
+        QVERIFY(!record(A::Category, D::RenameCategory)); // no category to copy
+        QVERIFY(record(A::Category, D::CheckItem, f().category(2)));
+        f().db.categories().removeLast();
+        const QString before = dump(f().db);
+        m_undo.undo();
+        QCOMPARE(dump(f().db), before);
+        QVERIFY(!m_undo.isUndoAvailable() && !m_undo.isRedoAvailable());
+    }
+
+    // The ring keeps 25 steps: the 26th drops the oldest, and undoing all that are left ends in
+    // the state after the first command, still edited.
+    void ringDropsTheOldest()
+    {
+        for (int i = 1; i <= 26; ++i) {
+            const GRCategoryPtr fruit = f().db.categoryForGuid(f().category(1)->guid());
+            QVERIFY(record(A::Category, D::RenameCategory, fruit));
+            f().window.reloadCategoriesCore(
+                E::renameCategory(f().db, fruit, QString("F%1").arg(i, 2, 10, QChar('0'))));
+        }
+        int undos = 0;
+        for (; m_undo.isUndoAvailable() && undos < 30; ++undos)
+            m_undo.undo();
+        QCOMPARE(undos, 25);
+        QCOMPARE(f().category(1)->name(), "F01");
+        QVERIFY(f().window.edited);
+        for (int i = 0; i < 25; ++i)
+            m_undo.redo();
+        QCOMPARE(f().category(1)->name(), "F26");
+    }
+
+    // Random commands, undos and redos keep every record reachable and every back-reference right.
+    void randomEditsKeepRecordsConsistent()
+    {
+        QRandomGenerator random(20240611);
+        for (int step = 0; step < 600; ++step) {
+            const int choice = random.bounded(int(std::size(Commands)) + 4);
+            if (choice < int(std::size(Commands)))
+                Commands[choice].second(f());
+            else if (choice == int(std::size(Commands)))
+                m_undo.undo();
+            else if (choice == int(std::size(Commands)) + 1)
+                m_undo.redo();
+            else
+                f().window.reloadCategoriesCore(random.bounded(int(f().db.categories().size())));
+            const QString state = dump(f().db);
+            QVERIFY2(!state.contains('!'), qPrintable(state));
+            QVERIFY(!f().db.stores().isEmpty() && !f().db.categories().isEmpty());
+            for (const GRItemPtr &item : f().shown)
+                QVERIFY(item && item->category());
+        }
+    }
+};
+
+QTEST_MAIN(TestGroceryEdits)
+#include "tst_groceryedits.moc"
