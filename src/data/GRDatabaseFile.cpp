@@ -280,6 +280,9 @@ static bool readAndReport(std::unique_ptr<MGXmlDecoder> decoder, GRGroceryDataba
         return false;
     if (report) {
         report->error = decoder->error();
+        // A file cut off between two tags reads without complaint; only its open elements tell.
+        if (report->error.isEmpty() && decoder->level() > 0)
+            report->error = QStringLiteral("the file ends before its elements are closed");
         report->itemCount = database.itemCount();
     }
     return true;

@@ -504,10 +504,12 @@ private slots:
     void damagedFileIsKept_data()
     {
         QTest::addColumn<QStringList>("earlier"); // copies kept by earlier starts
+        QTest::addColumn<bool>("cut");            // cut off between two tags, or unreadable from a point
         QTest::addColumn<QString>("kept");
-        QTest::newRow("first") << QStringList() << "Groceries (damaged).xml";
+        QTest::newRow("first") << QStringList() << false << "Groceries (damaged).xml";
+        QTest::newRow("cut short") << QStringList() << true << "Groceries (damaged).xml";
         QTest::newRow("earlier copies stay")
-            << QStringList{"Groceries (damaged).xml", "Groceries (damaged 2).xml"}
+            << QStringList{"Groceries (damaged).xml", "Groceries (damaged 2).xml"} << false
             << "Groceries (damaged 3).xml";
     }
 
@@ -515,14 +517,17 @@ private slots:
     void damagedFileIsKept()
     {
         QFETCH(QStringList, earlier);
+        QFETCH(bool, cut);
         QFETCH(QString, kept);
 
         const QString folder = m_dir->path();
-        const QByteArray damaged =
+        QByteArray damaged =
             document("<stores><store><name>Shop</name></store></stores><categories><category><name>Fruit"
                      "</name></category></categories><items><item><name>Apples</name><category>0</category>"
                      "<store>0</store></item><item><name>Pears</name><category>0</category><store>0</store>"
                      "</item><!-- the rest is lost <item><name>Plums</name></item></items>");
+        if (cut)
+            damaged.truncate(damaged.indexOf("<!--"));
         QVERIFY(TS::writeFile(folder + "/Groceries.xml", damaged));
         for (const QString &name : earlier)
             QVERIFY(TS::writeFile(folder + u'/' + name, name.toUtf8()));

@@ -48,6 +48,7 @@ GRKeyLegend::GRKeyLegend(QWidget *parent) : QWidget(parent)
     m_keyList->viewport()->installEventFilter(this);
     paneLayout->addWidget(m_keyList);
     layout->addWidget(m_pane);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
 }
 
 void GRKeyLegend::setKeyStrings(const QStringList &lines)

@@ -535,8 +535,7 @@ void GRWindowController::updateMenus()
         if (!AppCommands.contains(menuAction->objectName()))
             menuAction->setEnabled(validateMenuItem(menuAction));
     }
-    m_ui->categoryControl->setSegmentEnabled(1, validateMenuItem(action(QStringLiteral("deleteSelection"))) &&
-                                                    !focusedLineEdit());
+    m_ui->categoryControl->setSegmentEnabled(1, m_groups->canDeleteSelection());
     m_ui->itemControl->setSegmentEnabled(0, validateMenuItem(action(QStringLiteral("addItem"))));
     m_ui->itemControl->setSegmentEnabled(1, false);
     emit menusValidated();
