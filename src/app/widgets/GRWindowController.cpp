@@ -17,6 +17,7 @@
 #include "GRSegmentedControl.h"
 #include "GRStore.h"
 #include "GRUndoKinds.h"
+#include "GRWindowMenus.h"
 #include "MGAlert.h"
 #include "MGNotificationCenter.h"
 #include "MGToolbarSegments.h"
@@ -45,49 +46,9 @@
 
 namespace {
 
-// Commands whose dialogs or output are not built yet: shown, never enabled.
-const QStringList UnbuiltCommands = {
-    QStringLiteral("printGroceries"),
-    QStringLiteral("editKeys"),
-    QStringLiteral("addItem"),
-    QStringLiteral("editStores"),
-};
-
-// Commands of the application controller, which validates them on menusValidated().
-const QStringList AppCommands = {
-    QStringLiteral("saveDocument"),      QStringLiteral("doPageLayout"), QStringLiteral("exportList"),
-    QStringLiteral("emailList"),         QStringLiteral("terminate"),    QStringLiteral("showPreferences"),
-    QStringLiteral("showGroceriesHelp"),
-};
-
-// Keys that differ between desktops come from the platform's own list.
-const std::pair<const char *, QKeySequence::StandardKey> StandardShortcuts[] = {
-    {"saveDocument", QKeySequence::Save},   {"printGroceries", QKeySequence::Print},
-    {"terminate", QKeySequence::Quit},      {"undoEdit", QKeySequence::Undo},
-    {"redoEdit", QKeySequence::Redo},       {"cut", QKeySequence::Cut},
-    {"copy", QKeySequence::Copy},           {"paste", QKeySequence::Paste},
-    {"selectAll", QKeySequence::SelectAll}, {"find", QKeySequence::Find},
-};
-
 bool databaseChanged()
 {
     return g_dirty || GRPrefController::sharedInstance().dirty();
-}
-
-QLineEdit *focusedLineEdit()
-{
-    return qobject_cast<QLineEdit *>(QApplication::focusWidget());
-}
-
-bool hasMethod(QObject *object, const char *method)
-{
-    return object && object->metaObject()->indexOfMethod(QByteArray(method) + "()") >= 0;
-}
-
-bool clipboardHas(const QString &format)
-{
-    const QMimeData *mime = QGuiApplication::clipboard()->mimeData();
-    return mime && (format.isEmpty() ? mime->hasText() : mime->hasFormat(format));
 }
 
 } // namespace
@@ -267,18 +228,11 @@ void GRWindowController::setUpToolbar()
 
 void GRWindowController::setUpMenus()
 {
-    for (QAction *menuAction : findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (!menuAction->objectName().isEmpty())
-            m_actions.insert(menuAction->objectName(), menuAction);
-    }
-    for (const auto &[name, key] : StandardShortcuts)
-        action(QLatin1String(name))->setShortcut(key);
-
+    m_menus = new GRWindowMenus(*this, m_database, m_displayItems);
     const std::pair<const char *, void (GRWindowController::*)()> commands[] = {
         {"printGroceries", &GRWindowController::printGroceries},
         {"undoEdit", &GRWindowController::undoEdit},
         {"redoEdit", &GRWindowController::redoEdit},
-        {"deleteSelection", &GRWindowController::deleteSelection},
         {"editKeys", &GRWindowController::editKeys},
         {"showAll", &GRWindowController::showAll},
         {"showNeedful", &GRWindowController::showNeedful},
@@ -296,16 +250,6 @@ void GRWindowController::setUpMenus()
     for (const auto &[name, slot] : groupCommands)
         connect(action(QLatin1String(name)), &QAction::triggered, m_groups, slot);
 
-    connect(action(QStringLiteral("cut")), &QAction::triggered, this, [this] { forwardToFocus("cut"); });
-    connect(action(QStringLiteral("copy")), &QAction::triggered, this, [this] { forwardToFocus("copy"); });
-    connect(action(QStringLiteral("selectAll")), &QAction::triggered, this,
-            [this] { forwardToFocus("selectAll"); });
-    connect(action(QStringLiteral("paste")), &QAction::triggered, this, [this] {
-        if (QLineEdit *line = focusedLineEdit())
-            line->paste();
-        else
-            paste();
-    });
     connect(action(QStringLiteral("find")), &QAction::triggered, this, [this] {
         m_searchField->setFocus(Qt::ShortcutFocusReason);
         m_searchField->selectAll();
@@ -347,21 +291,6 @@ void GRWindowController::showItems(const QList<GRItemPtr> &items)
 void GRWindowController::addItem()
 {
     // The item dialog is not built yet.
-}
-
-void GRWindowController::deleteSelection()
-{
-    QWidget *focus = QApplication::focusWidget();
-    if (QLineEdit *line = qobject_cast<QLineEdit *>(focus)) {
-        line->del();
-        return;
-    }
-    if (focus == m_ui->itemList) {
-        if (hasMethod(m_ui->itemList, "deleteSelectedItem"))
-            QMetaObject::invokeMethod(m_ui->itemList, "deleteSelectedItem");
-        return;
-    }
-    m_groups->deleteGroup();
 }
 
 void GRWindowController::editKeys()
@@ -443,13 +372,6 @@ void GRWindowController::redoEdit()
     updateMenus();
 }
 
-void GRWindowController::forwardToFocus(const char *method)
-{
-    QWidget *focus = QApplication::focusWidget();
-    if (qobject_cast<QLineEdit *>(focus) || (focus == m_ui->itemList && hasMethod(m_ui->itemList, method)))
-        QMetaObject::invokeMethod(focus, method);
-}
-
 // ---- Legend
 
 void GRWindowController::refreshLegend()
@@ -484,55 +406,21 @@ void GRWindowController::scheduleMenuUpdate()
     QTimer::singleShot(0, this, [this] { updateMenus(); });
 }
 
+QAction *GRWindowController::action(const QString &name) const
+{
+    return m_menus->action(name);
+}
+
 bool GRWindowController::validateMenuItem(QAction *menuAction)
 {
-    if (!menuAction)
-        return false;
-    const QString name = menuAction->objectName();
-    if (UnbuiltCommands.contains(name))
-        return false;
-    const qint64 row = m_groups->selectedRow();
-    QWidget *focus = QApplication::focusWidget();
-    QLineEdit *line = qobject_cast<QLineEdit *>(focus);
-    if (name == QLatin1String("renameCategory"))
-        return row >= 0;
-    if (name == QLatin1String("addItem"))
-        return !m_database.categories().isEmpty();
-    if (name == QLatin1String("deleteSelection")) {
-        if (line)
-            return line->hasSelectedText() && !line->isReadOnly();
-        if (focus == m_ui->itemList)
-            return hasMethod(m_ui->itemList, "deleteSelectedItem") && !m_displayItems.isEmpty();
-        return m_groups->canDeleteSelection();
-    }
-    if (name == QLatin1String("paste")) {
-        if (line)
-            return !line->isReadOnly() && clipboardHas(QString());
-        return clipboardHas(GRItemPasteboardType) && !m_database.categories().isEmpty();
-    }
-    if (name == QLatin1String("undoEdit") || name == QLatin1String("redoEdit")) {
-        QString title;
-        const bool enabled =
-            MGUndoManager::sharedInstance().validateState(name == QLatin1String("undoEdit"), &title);
-        menuAction->setText(title);
-        return enabled;
-    }
-    if (name == QLatin1String("cut") || name == QLatin1String("copy")) {
-        if (line)
-            return line->hasSelectedText() && (name == QLatin1String("copy") || !line->isReadOnly());
-        return focus == m_ui->itemList && hasMethod(m_ui->itemList, name.toLatin1().constData()) &&
-               !m_displayItems.isEmpty();
-    }
-    if (name == QLatin1String("selectAll"))
-        return line != nullptr;
-    return true;
+    return m_menus->validateMenuItem(menuAction);
 }
 
 void GRWindowController::updateMenus()
 {
     m_menuUpdatePending = false;
-    for (QAction *menuAction : std::as_const(m_actions)) {
-        if (!AppCommands.contains(menuAction->objectName()))
+    for (QAction *menuAction : m_menus->actions()) {
+        if (!GRWindowMenus::isAppCommand(menuAction->objectName()))
             menuAction->setEnabled(validateMenuItem(menuAction));
     }
     m_ui->categoryControl->setSegmentEnabled(1, m_groups->canDeleteSelection());

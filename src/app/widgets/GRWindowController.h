@@ -20,6 +20,7 @@ class GRGroupsController;
 class GRItemListView;
 class GRKeyLegend;
 class GRSegmentedControl;
+class GRWindowMenus;
 class MGToolbarSegments;
 class QAction;
 class QLineEdit;
@@ -53,12 +54,10 @@ public:
     MGToolbarSegments *undoSegments() const { return m_undoSegments; }
     GRGroupsController *groups() const { return m_groups; }
     // The menu action whose objectName is name ("saveDocument", "undoEdit", "resetChecks", ...).
-    QAction *action(const QString &name) const { return m_actions.value(name); }
+    QAction *action(const QString &name) const;
 
     // Commands of the list on show and of the window; the groups' own are on groups().
     void addItem();
-    // Edit > Delete: the text of a focused field, the item list's own delete, or the selected group.
-    void deleteSelection();
     void editKeys();
     void editStores();
     void showAll();
@@ -107,7 +106,6 @@ private:
     void setUpWidgets();
     void setUpToolbar();
     void setUpMenus();
-    void forwardToFocus(const char *method);
     void showItems(const QList<GRItemPtr> &items);
 
     GRGroceryDatabase &m_database;
@@ -116,6 +114,6 @@ private:
     GRGroupsController *m_groups = nullptr;
     QLineEdit *m_searchField = nullptr;
     MGToolbarSegments *m_undoSegments = nullptr;
-    QHash<QString, QAction *> m_actions;
+    GRWindowMenus *m_menus = nullptr;
     bool m_menuUpdatePending = false;
 };

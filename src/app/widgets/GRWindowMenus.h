@@ -1,0 +1,42 @@
+#pragma once
+
+#include "GRTypes.h"
+
+#include <QHash>
+#include <QObject>
+
+class GRGroceryDatabase;
+class GRWindowController;
+class QAction;
+
+// The main window's actions as its form made them: the platform's standard keys, the Edit
+// commands that act on whichever view has the keyboard focus, and whether each window command can
+// run now. The application controller answers for its own commands.
+class GRWindowMenus : public QObject
+{
+    Q_OBJECT
+
+public:
+    GRWindowMenus(GRWindowController &window, const GRGroceryDatabase &database,
+                  const QList<GRItemPtr> &displayItems);
+
+    QAction *action(const QString &name) const { return m_actions.value(name); }
+    const QHash<QString, QAction *> &actions() const { return m_actions; }
+    static bool isAppCommand(const QString &name);
+
+    // Whether the command can run now; the undo and redo actions also get their titles.
+    bool validateMenuItem(QAction *action) const;
+
+    // Cut, copy and select all go to a focused text field, or to the item list when it can.
+    void forwardToFocus(const char *method);
+    // Edit > Delete: the selected text of a focused field, the item list's own delete (nothing
+    // while it has none), or else the selected group.
+    void deleteSelection();
+    void paste();
+
+private:
+    GRWindowController &m_window;
+    const GRGroceryDatabase &m_database;
+    const QList<GRItemPtr> &m_displayItems;
+    QHash<QString, QAction *> m_actions;
+};
