@@ -1,12 +1,52 @@
 #include "GRTestSupport.h"
 
+#include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
+#include "GRItem.h"
 #include "GRPrefController.h"
+#include "GRStore.h"
 #include "MGAlert.h"
 #include "MGXmlDecoder.h"
 
 #include <QFile>
 #include <QStandardPaths>
+
+QByteArray GRTestSupport::sampleDatabase()
+{
+    return R"(<?xml version="1.0" encoding="UTF-8"?><groceries version="1"><stores>
+<store><name>Corner Shop</name></store><store><name>Bakery Bros</name></store>
+<store><name>Market</name></store></stores><categories>
+<category><name>Dairy</name></category><category><name>Fruit</name></category>
+<category><name>Pantry</name></category></categories><items>
+<item><name>Milk</name><category>0</category><store>0</store><need>1</need></item>
+<item><name>Buttermilk</name><category>0</category><store>1</store></item>
+<item><name>Cheese</name><category>0</category><store>2</store></item>
+<item><name>Apples</name><category>1</category><store>2</store><need>1</need></item>
+<item><name>Bananas</name><category>1</category><store>0</store></item>
+<item><name>Flour</name><category>2</category><store>1</store></item></items></groceries>)";
+}
+
+QString GRTestSupport::dump(const GRGroceryDatabase &database)
+{
+    QStringList categories;
+    for (const GRCategoryPtr &category : database.categories()) {
+        QStringList items;
+        for (const GRItemPtr &item : category->items()) {
+            items << item->name() + u'@' + (item->store() ? item->store()->name() : QString()) +
+                         (item->isNeeded() ? QStringLiteral("*") : QString());
+            if (item->category() != category)
+                items.last() += QStringLiteral("!wrong-category");
+            if (database.indexOfStore(item->store().get()) < 0)
+                items.last() += QStringLiteral("!dead-store");
+        }
+        categories << category->name() + QStringLiteral(": ") + items.join(QStringLiteral(", "));
+    }
+    QStringList stores;
+    for (const GRStorePtr &store : database.stores())
+        stores << store->name();
+    return categories.join(QStringLiteral(" | ")) + QStringLiteral(" / ") + stores.join(QStringLiteral(", "));
+}
 
 void GRTestSupport::initEnvironment()
 {

@@ -4,10 +4,18 @@
 #include <QString>
 #include <QStringList>
 
+class GRGroceryDatabase;
+
 // Shared test set-up: isolated user folders and small fixtures.
 class GRTestSupport
 {
 public:
+    // Stores Corner Shop, Bakery Bros, Market; categories Dairy (Milk*, Buttermilk, Cheese), Fruit
+    // (Apples*, Bananas), Pantry (Flour); * needed.
+    static QByteArray sampleDatabase();
+    // "Category: item@store*, ... | ... / stores" (* = needed); an item whose category or store is
+    // not right shows "!wrong-category" or "!dead-store".
+    static QString dump(const GRGroceryDatabase &database);
     // Turns on QStandardPaths test mode; call before the first QSettings is made.
     static void initEnvironment();
     // A path under the source tree's tests/ folder.

@@ -19,43 +19,13 @@
 
 namespace {
 
-// Stores: Corner Shop, Bakery Bros, Market. Categories: Dairy, Fruit, Pantry.
-const QByteArray Database = R"(<?xml version="1.0" encoding="UTF-8"?><groceries version="1"><stores>
-<store><name>Corner Shop</name></store><store><name>Bakery Bros</name></store>
-<store><name>Market</name></store></stores><categories>
-<category><name>Dairy</name></category><category><name>Fruit</name></category>
-<category><name>Pantry</name></category></categories><items>
-<item><name>Milk</name><category>0</category><store>0</store><need>1</need></item>
-<item><name>Buttermilk</name><category>0</category><store>1</store></item>
-<item><name>Cheese</name><category>0</category><store>2</store></item>
-<item><name>Apples</name><category>1</category><store>2</store><need>1</need></item>
-<item><name>Bananas</name><category>1</category><store>0</store></item>
-<item><name>Flour</name><category>2</category><store>1</store></item></items></groceries>)";
-
 // A needed Yogurt of Bakery Bros in Pantry, as the pasteboard carries it.
 const QByteArray Yogurt = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<item><name>Yogurt</name>"
                           "<category>2</category><store>1</store><need>1</need></item>";
 
-// "Category: item@store*, ... | ... / stores" (* = needed); a wrong back-reference shows.
 QString dump(const GRGroceryDatabase &database)
 {
-    QStringList categories;
-    for (const GRCategoryPtr &category : database.categories()) {
-        QStringList items;
-        for (const GRItemPtr &item : category->items()) {
-            items << item->name() + '@' + (item->store() ? item->store()->name() : QString()) +
-                         (item->isNeeded() ? "*" : "");
-            if (item->category() != category)
-                items.last() += "!wrong-category";
-            if (database.indexOfStore(item->store().get()) < 0)
-                items.last() += "!dead-store";
-        }
-        categories << category->name() + ": " + items.join(", ");
-    }
-    QStringList stores;
-    for (const GRStorePtr &store : database.stores())
-        stores << store->name();
-    return categories.join(" | ") + " / " + stores.join(", ");
+    return GRTestSupport::dump(database);
 }
 
 QString names(const QList<GRItemPtr> &items)
@@ -180,7 +150,7 @@ private slots:
     {
         GRTestSupport::resetState();
         m_f = std::make_unique<Fixture>();
-        QVERIFY(ReadModernDatabaseData(Database, f().db));
+        QVERIFY(ReadModernDatabaseData(GRTestSupport::sampleDatabase(), f().db));
         f().undo.setView(&f().window);
         f().undo.install();
         f().window.reloadCategoriesCore(1);

@@ -34,39 +34,14 @@
 
 namespace {
 
-// Stores: Corner Shop, Bakery Bros, Market. Categories: Dairy, Fruit, Pantry.
-const QByteArray Database = R"(<?xml version="1.0" encoding="UTF-8"?><groceries version="1"><stores>
-<store><name>Corner Shop</name></store><store><name>Bakery Bros</name></store>
-<store><name>Market</name></store></stores><categories>
-<category><name>Dairy</name></category><category><name>Fruit</name></category>
-<category><name>Pantry</name></category></categories><items>
-<item><name>Milk</name><category>0</category><store>0</store><need>1</need></item>
-<item><name>Buttermilk</name><category>0</category><store>1</store></item>
-<item><name>Cheese</name><category>0</category><store>2</store></item>
-<item><name>Apples</name><category>1</category><store>2</store><need>1</need></item>
-<item><name>Bananas</name><category>1</category><store>0</store></item>
-<item><name>Flour</name><category>2</category><store>1</store></item></items></groceries>)";
-
 GRAppController &app()
 {
     return GRAppController::sharedInstance();
 }
 
-// The whole database: "Category: item@store*, ...|..." (* = needed), then the stores.
 QString dump()
 {
-    QStringList categories;
-    for (const GRCategoryPtr &category : app().database().categories()) {
-        QStringList items;
-        for (const GRItemPtr &item : category->items())
-            items << item->name() + '@' + (item->store() ? item->store()->name() : QString()) +
-                         (item->isNeeded() ? "*" : "");
-        categories << category->name() + ": " + items.join(", ");
-    }
-    QStringList stores;
-    for (const GRStorePtr &store : app().database().stores())
-        stores << store->name();
-    return categories.join(" | ") + " / " + stores.join(", ");
+    return GRTestSupport::dump(app().database());
 }
 
 // Sorted: the item list view orders the list on show itself.
@@ -188,10 +163,10 @@ private slots:
         GRTestSupport::resetState();
         m_dir = std::make_unique<QTemporaryDir>();
         g_databasePath = m_dir->filePath("Groceries.xml");
-        QVERIFY(GRTestSupport::writeFile(g_databasePath, Database));
+        QVERIFY(GRTestSupport::writeFile(g_databasePath, GRTestSupport::sampleDatabase()));
         app().database().clear();
         app().displayItems().clear();
-        QVERIFY(ReadModernDatabaseData(Database, app().database()));
+        QVERIFY(ReadModernDatabaseData(GRTestSupport::sampleDatabase(), app().database()));
         GRPrefController::sharedInstance().setConfirmDelete(true);
         m_window = std::make_unique<GRWindowController>(app().database(), app().displayItems());
         app().attachWindow(m_window.get());
