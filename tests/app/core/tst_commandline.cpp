@@ -128,37 +128,6 @@ private slots:
                  QStringList{"Groceries.xml"});
     }
 
-    void arguments_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("error"); // empty: no usage error
-        QTest::addColumn<int>("mode");
-        using M = GRCommandLine::Mode;
-        QTest::newRow("none") << QStringList() << "" << int(M::Window);
-        QTest::newRow("list needed") << QStringList{"--needed", "--list"} << "" << int(M::List);
-        QTest::newRow("help wins") << QStringList{"--list", "-h"} << "" << int(M::Help);
-        QTest::newRow("version") << QStringList{"-v"} << "" << int(M::Version);
-        QTest::newRow("unknown option")
-            << QStringList{"--list", "--bogus"} << "unknown option '--bogus'" << int(M::UsageError);
-        QTest::newRow("stray argument")
-            << QStringList{"groceries.xml"} << "unexpected argument 'groceries.xml'" << int(M::UsageError);
-        QTest::newRow("needed alone")
-            << QStringList{"--needed"} << "--needed goes with --list" << int(M::UsageError);
-    }
-    void arguments()
-    {
-        QFETCH(QStringList, arguments);
-        QList<QByteArray> bytes{"groceries"};
-        for (const QString &argument : arguments)
-            bytes << argument.toLocal8Bit();
-        QList<char *> argv;
-        for (QByteArray &argument : bytes)
-            argv << argument.data();
-        const GRCommandLine commandLine(int(argv.size()), argv.data());
-        QTEST(int(commandLine.mode()), "mode");
-        QTEST(commandLine.error(), "error");
-    }
-
     void displays_data()
     {
         QTest::addColumn<QString>("platforms");

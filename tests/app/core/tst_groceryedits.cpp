@@ -280,18 +280,6 @@ private slots:
         }
     }
 
-    void refusedRecordingChangesNothing_data() { undoRoundTrip_data(); }
-    // With undo off every recording is refused, and the command must not touch the data.
-    void refusedRecordingChangesNothing()
-    {
-        QFETCH(int, command);
-        m_undo.setBufferSize(0);
-        const QString before = dump(f().db);
-        QVERIFY(!Commands[command].second(f()));
-        QCOMPARE(dump(f().db), before);
-        QVERIFY(!g_dirty && !f().window.edited);
-    }
-
     void categoryStepOfAGoneCategory()
     {
         // A step whose category is gone can't be applied: the history empties, the data stays.
