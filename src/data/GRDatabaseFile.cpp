@@ -220,6 +220,11 @@ void reportDamagedDatabase(const QString &path, const GRReadReport &report)
 
 } // namespace
 
+bool DatabaseChanged()
+{
+    return g_dirty || prefs().dirty();
+}
+
 QString DatabaseFolder()
 {
     const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);

@@ -11,6 +11,8 @@ class MGXmlDecoder;
 
 // The database changed since the last save (the preferences keep a flag of their own).
 extern bool g_dirty;
+// The database counts as changed when g_dirty or the preferences' dirty flag is set.
+bool DatabaseChanged();
 // Full path of "Groceries.xml"; set once at start-up, SaveGroceries writes there.
 extern QString g_databasePath;
 

@@ -13,6 +13,17 @@
 
 #include <algorithm>
 
+// Each GUID names the first store that carries it.
+static QHash<QString, GRStorePtr> storesByGuid(const QList<GRStorePtr> &stores)
+{
+    QHash<QString, GRStorePtr> byGuid;
+    for (const GRStorePtr &store : stores) {
+        if (!byGuid.contains(store->guid()))
+            byGuid.insert(store->guid(), store);
+    }
+    return byGuid;
+}
+
 qint64 GRGroceryEdits::renameCategory(GRGroceryDatabase &database, const GRCategoryPtr &category,
                                       const QString &name)
 {
@@ -128,11 +139,7 @@ bool GRGroceryEdits::installNewStores(GRGroceryDatabase &database, QList<GRStore
     std::stable_sort(newStores.begin() + 1, newStores.end(), [](const GRStorePtr &a, const GRStorePtr &b) {
         return QString::compare(a->name(), b->name()) < 0;
     });
-    QHash<QString, GRStorePtr> byGuid;
-    for (const GRStorePtr &store : std::as_const(newStores)) {
-        if (!byGuid.contains(store->guid()))
-            byGuid.insert(store->guid(), store);
-    }
+    const QHash<QString, GRStorePtr> byGuid = storesByGuid(newStores);
     for (const GRCategoryPtr &category : std::as_const(database.categories())) {
         for (const GRItemPtr &item : std::as_const(category->items())) {
             const QString guid = item->store() ? item->store()->guid() : QString();
@@ -149,12 +156,9 @@ void GRGroceryEdits::repointItemStores(GRGroceryDatabase &database)
     if (stores.isEmpty())
         return;
     QSet<const GRStore *> live;
-    QHash<QString, GRStorePtr> byGuid;
-    for (const GRStorePtr &store : stores) {
+    for (const GRStorePtr &store : stores)
         live.insert(store.get());
-        if (!byGuid.contains(store->guid()))
-            byGuid.insert(store->guid(), store);
-    }
+    const QHash<QString, GRStorePtr> byGuid = storesByGuid(stores);
     for (const GRCategoryPtr &category : std::as_const(database.categories())) {
         for (const GRItemPtr &item : std::as_const(category->items())) {
             if (!live.contains(item->store().get()))

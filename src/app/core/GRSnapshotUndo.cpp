@@ -7,7 +7,6 @@
 #include "GRItem.h"
 #include "GRNameSorter.h"
 #include "GRNames.h"
-#include "GRPrefController.h"
 #include "GRSnapshots.h"
 #include "GRStore.h"
 #include "GRUndoKinds.h"
@@ -17,11 +16,6 @@
 #include "MGUndoManager.h"
 
 namespace {
-
-bool databaseChanged()
-{
-    return g_dirty || GRPrefController::sharedInstance().dirty();
-}
 
 GRCategoryPtr contextCategory(const std::any &context)
 {
@@ -96,7 +90,7 @@ bool GRSnapshotUndo::setUndoAction(quint32 action, quint32 descriptor, std::any 
     default:
         return false;
     }
-    record.wasChanged = databaseChanged();
+    record.wasChanged = DatabaseChanged();
     data = std::move(record);
     g_dirty = true;
     updateEditedMark();
@@ -153,7 +147,7 @@ bool GRSnapshotUndo::undoOrRedo(quint32 &action, quint32 descriptor, std::any &d
     center.post(GRUpdateStoresNotification);
 
     std::swap(g_dirty, record->wasChanged);
-    g_dirty = g_dirty || GRPrefController::sharedInstance().dirty();
+    g_dirty = DatabaseChanged();
     updateEditedMark();
     return true;
 }

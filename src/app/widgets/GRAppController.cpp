@@ -1,7 +1,6 @@
 #include "GRAppController.h"
 
 #include "GRDatabaseFile.h"
-#include "GRGroceryEdits.h"
 #include "GRGroupsController.h"
 #include "GRKeyNames.h"
 #include "GRNames.h"
@@ -9,6 +8,7 @@
 #include "GRTagKeys.h"
 #include "GRTemplateDialog.h"
 #include "GRWindowController.h"
+#include "GRWindowMenus.h"
 #include "MGNotificationCenter.h"
 #include "MGUndoManager.h"
 #include "MGXmlDecoder.h"
@@ -34,13 +34,6 @@ const std::pair<const char *, void (GRAppController::*)()> Commands[] = {
     {"showPreferences", &GRAppController::showPreferences},
     {"showGroceriesHelp", &GRAppController::showGroceriesHelp},
 };
-const char *const ValidatedCommands[] = {"saveDocument", "doPageLayout",    "exportList",       "emailList",
-                                         "terminate",    "showPreferences", "showGroceriesHelp"};
-
-bool databaseChanged()
-{
-    return g_dirty || GRPrefController::sharedInstance().dirty();
-}
 
 } // namespace
 
@@ -55,7 +48,6 @@ GRAppController::GRAppController() : m_undo(m_database, m_displayItems)
 {
     MGUndoManager::setBeepHandler([] { QApplication::beep(); });
     MGUndoManager::setModalCheck([] { return isModalUp(); });
-    m_undo.install();
     MGNotificationCenter::defaultCenter().addObserver(
         GRUpdateCatsNotification, this,
         [this](const QVariantMap &) { GRPrefController::sharedInstance().updateCategories(m_database); });
@@ -70,7 +62,7 @@ bool GRAppController::applicationDidFinishLaunching()
 {
     if (m_launched)
         return true;
-    GRPrefController &prefs = GRPrefController::sharedInstance();
+    GRPrefController::sharedInstance(); // the preferences are read before anything else
     m_displayItems.clear();
     setKeyStrings();
     RegisterGroceryTags();
@@ -101,7 +93,7 @@ bool GRAppController::applicationDidFinishLaunching()
     center.post(GRReloadCatsNotification, {{GRSelectionKey, 0}});
     center.post(GRUpdateStoresNotification);
     center.post(GRUpdateCatsNotification);
-    window->setWindowModified(g_dirty || prefs.dirty());
+    window->setWindowModified(DatabaseChanged());
 
     // The help viewer's document engine would make its own tag table current here; an empty one
     // stands in for it, so every later reader of grocery text must make the grocery table current.
@@ -148,7 +140,7 @@ void GRAppController::applicationWillTerminate()
 
 bool GRAppController::commitData(bool allowsInteraction)
 {
-    if (!databaseChanged())
+    if (!DatabaseChanged())
         return true;
     // Without leave to ask, refusing keeps the edits; the session may end us all the same.
     return allowsInteraction && applicationShouldTerminate();
@@ -218,14 +210,7 @@ QString GRAppController::aboutString()
 
 bool GRAppController::installNewStores(const QList<GRStorePtr> &newStores, GRUndoDescriptor undoDescriptor)
 {
-    if (newStores.isEmpty() || !newStores.first() ||
-        !RecordUndo(GRUndoAction::CategoriesAndStores, undoDescriptor))
-        return false;
-    GRGroceryEdits::installNewStores(m_database, newStores);
-    MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
-    center.post(GRRedoItemsNotification);
-    center.post(GRUpdateStoresNotification);
-    return true;
+    return m_windowController && m_windowController->groups()->installStores(newStores, undoDescriptor);
 }
 
 void GRAppController::setKeyStrings()
@@ -261,7 +246,7 @@ bool GRAppController::validateMenuItem(const QAction *action) const
         name == QLatin1String("emailList") || name == QLatin1String("showGroceriesHelp"))
         return false;
     if (name == QLatin1String("saveDocument"))
-        return !modal && !sheet && databaseChanged();
+        return !modal && !sheet && DatabaseChanged();
     if (name == QLatin1String("doPageLayout"))
         return !modal && !sheet;
     if (name == QLatin1String("terminate"))
@@ -273,8 +258,8 @@ void GRAppController::validateMenus()
 {
     if (!m_windowController)
         return;
-    for (const char *name : ValidatedCommands) {
-        if (QAction *action = m_windowController->action(QLatin1String(name)))
+    for (QAction *action : m_windowController->menus()->actions()) {
+        if (GRWindowMenus::isAppCommand(action->objectName()))
             action->setEnabled(validateMenuItem(action));
     }
 }

@@ -205,7 +205,7 @@ void GRGroupsController::setObjectValue(const QString &name, qint64 row)
     if (isStoreMode()) {
         if (row >= 1 && row < m_database.stores().size())
             installStores(GRGroceryEdits::storesRenaming(m_database, row, name),
-                          quint32(GRUndoDescriptor::RenameStore));
+                          GRUndoDescriptor::RenameStore);
         return;
     }
     if (row < 0 || row >= m_database.categories().size())
@@ -217,9 +217,9 @@ void GRGroupsController::setObjectValue(const QString &name, qint64 row)
     MGNotificationCenter::defaultCenter().post(GRUpdateCatsNotification);
 }
 
-bool GRGroupsController::installStores(const QList<GRStorePtr> &stores, quint32 descriptor)
+bool GRGroupsController::installStores(const QList<GRStorePtr> &stores, GRUndoDescriptor descriptor)
 {
-    if (stores.isEmpty() || !RecordUndo(GRUndoAction::CategoriesAndStores, GRUndoDescriptor(descriptor)))
+    if (stores.isEmpty() || !stores.first() || !RecordUndo(GRUndoAction::CategoriesAndStores, descriptor))
         return false;
     GRGroceryEdits::installNewStores(m_database, stores);
     MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification);
@@ -333,7 +333,7 @@ void GRGroupsController::deleteStore(qint64 row)
                                     "reassigned to \"%2\".")
                          .arg(stores.at(row)->name(), stores.at(0)->name())))
         return;
-    installStores(GRGroceryEdits::storesWithout(m_database, row), quint32(GRUndoDescriptor::DeleteStore));
+    installStores(GRGroceryEdits::storesWithout(m_database, row), GRUndoDescriptor::DeleteStore);
 }
 
 void GRGroupsController::renameCategory()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GRTypes.h"
+#include "GRUndoKinds.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -54,6 +55,10 @@ public:
     // Closes an open name editor without committing it.
     void cancelOperation();
 
+    // Replaces the store list after recording the step: the first store stays first, the others
+    // sort by name, and the items of a store that is gone go to the first store.
+    bool installStores(const QList<GRStorePtr> &stores, GRUndoDescriptor descriptor);
+
     // "mwgroceries.redoItems", with the item to select when there is one.
     static void postRedoItems(const GRItemPtr &item = nullptr);
 
@@ -63,7 +68,6 @@ signals:
     void groupsChanged();
 
 private:
-    bool installStores(const QList<GRStorePtr> &stores, quint32 descriptor);
     void beginEditingRow(qint64 row);
     void reloadCategoriesNow(qint64 row);
     QWidget *openEditor() const;

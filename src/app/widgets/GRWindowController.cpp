@@ -44,15 +44,6 @@
 #include <cmath>
 #include <utility>
 
-namespace {
-
-bool databaseChanged()
-{
-    return g_dirty || GRPrefController::sharedInstance().dirty();
-}
-
-} // namespace
-
 GRWindowController::GRWindowController(GRGroceryDatabase &database, QList<GRItemPtr> &displayItems,
                                        QWidget *parent)
     : QMainWindow(parent), m_database(database), m_displayItems(displayItems),
@@ -394,7 +385,7 @@ void GRWindowController::toggleKeys(QObject *sender)
 
 void GRWindowController::updateEditedMark()
 {
-    setWindowModified(databaseChanged());
+    setWindowModified(DatabaseChanged());
     scheduleMenuUpdate();
 }
 
@@ -433,7 +424,7 @@ void GRWindowController::updateMenus()
 
 bool GRWindowController::windowShouldClose()
 {
-    if (!databaseChanged())
+    if (!DatabaseChanged())
         return true;
     const int answer = MGAlert::sharedInstance().giveAlertMessage(
         QStringLiteral("Save changes to the groceries database?"),

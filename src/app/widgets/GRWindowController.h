@@ -53,6 +53,7 @@ public:
     QLineEdit *searchField() const { return m_searchField; }
     MGToolbarSegments *undoSegments() const { return m_undoSegments; }
     GRGroupsController *groups() const { return m_groups; }
+    GRWindowMenus *menus() const { return m_menus; }
     // The menu action whose objectName is name ("saveDocument", "undoEdit", "resetChecks", ...).
     QAction *action(const QString &name) const;
 
