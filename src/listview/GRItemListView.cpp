@@ -1,14 +1,22 @@
 #include "GRItemListView.h"
 
 #include "DrawQuartzCheckbox.h"
+#include "GRFunctionKeys.h"
 #include "GRItem.h"
+#include "GRItemListAccessible.h"
+#include "GRItemNavigation.h"
 #include "GRNameSorter.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
+#include "GRUndoKinds.h"
+#include "MGDragPasteboard.h"
 #include "MGNotificationCenter.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QFontMetricsF>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -32,6 +40,7 @@ GRItemListView::GRItemListView(QWidget *parent) : QWidget(parent)
 
     fontChange(false);
     watchEnclosingView();
+    GRItemListAccessible::install();
 }
 
 GRItemListView::~GRItemListView()
@@ -129,6 +138,28 @@ void GRItemListView::setSelectedItem(quint64 index)
     invalidateItem(m_selectedItem);
     m_selectedItem = index;
     invalidateItem(m_selectedItem);
+    emit selectionMoved(index);
+    if (hasFocus())
+        announceCell(index, QAccessible::Focus);
+}
+
+void GRItemListView::announceCell(quint64 index, QAccessible::Event event)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(this);
+    QAccessibleInterface *cell = list ? list->child(int(index)) : nullptr;
+    if (!cell)
+        return;
+    if (event == QAccessible::StateChanged) {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent stateChange(cell, changed);
+        QAccessible::updateAccessibility(&stateChange);
+    } else {
+        QAccessibleEvent plain(cell, event);
+        QAccessible::updateAccessibility(&plain);
+    }
 }
 
 void GRItemListView::drawItem(const GRItemPtr &item, bool checked, const QRectF &rect,
@@ -177,8 +208,22 @@ void GRItemListView::paintEvent(QPaintEvent *event)
                 painter.drawRect(cell.adjusted(0.5, 0.5, -0.5, -0.5));
             }
         }
-        drawItem(items[i], items[i]->isNeeded(), rect, painter);
+        const bool tracking = m_checking && quint64(i) == m_selectedItem;
+        drawItem(items[i], tracking ? m_checkIsOn : items[i]->isNeeded(), rect, painter);
     }
+}
+
+// ---- Mouse
+
+bool GRItemListView::handleMouseEvent(QPointF point)
+{
+    if (!hasFocus())
+        setFocus(Qt::MouseFocusReason);
+    const qint64 index = itemAt(point);
+    if (index < 0)
+        return false;
+    setSelectedItem(quint64(index));
+    return true;
 }
 
 void GRItemListView::mousePressEvent(QMouseEvent *event)
@@ -187,14 +232,269 @@ void GRItemListView::mousePressEvent(QMouseEvent *event)
         QWidget::mousePressEvent(event);
         return;
     }
-    const qint64 index = itemAt(event->position());
-    if (index >= 0)
-        setSelectedItem(quint64(index));
+    mouseDown(event, 1);
+}
+
+// The platform sends the second press of a double-click here instead.
+void GRItemListView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mouseDoubleClickEvent(event);
+        return;
+    }
+    mouseDown(event, 2);
+}
+
+void GRItemListView::mouseDown(QMouseEvent *event, int clickCount)
+{
+    if (!handleMouseEvent(event->position()))
+        return;
+    const QRectF item = itemRect(m_selectedItem);
+    m_checkboxRect = checkboxRect(item);
+    if (m_checkboxRect.contains(event->position())) {
+        m_checking = true;
+        m_checkWasOn = m_items->at(qsizetype(m_selectedItem))->isNeeded();
+        m_checkIsOn = !m_checkWasOn;
+        invalidateItem(m_selectedItem);
+    } else if (clickCount == 2) {
+        emit changeItemRequested();
+    } else if (clickCount == 1) {
+        m_dragStart = event->scenePosition();
+    }
+}
+
+void GRItemListView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_checking) {
+        const bool inside = m_checkboxRect.contains(event->position());
+        const bool state = inside ? !m_checkWasOn : m_checkWasOn;
+        if (state != m_checkIsOn) {
+            m_checkIsOn = state;
+            invalidateItem(m_selectedItem);
+        }
+        return;
+    }
+    if (!m_dragStart)
+        return;
+    const QPointF delta = event->scenePosition() - *m_dragStart;
+    const float dx = float(delta.x());
+    const float dy = float(delta.y());
+    if (std::sqrt(dx * dx + dy * dy) < DragThreshold)
+        return;
+    const QPointF start = mapFrom(window(), *m_dragStart);
+    m_dragStart.reset();
+    startDrag(start);
+}
+
+void GRItemListView::mouseReleaseEvent(QMouseEvent *event)
+{
+    Q_UNUSED(event)
+    const bool toggle = m_checking && m_checkIsOn != m_checkWasOn;
+    m_checking = false;
+    m_dragStart.reset();
+    if (toggle)
+        toggleItem();
+    else
+        invalidateItem(m_selectedItem);
+}
+
+void GRItemListView::toggleItem()
+{
+    if (m_selectedItem >= quint64(itemCount()))
+        return;
+    const GRItemPtr item = m_items->at(qsizetype(m_selectedItem));
+    if (!RecordUndo(GRUndoAction::Category, GRUndoDescriptor::CheckItem, item->category()))
+        return;
+    item->setNeeded(!item->isNeeded());
+    invalidateItem(m_selectedItem);
+    announceCell(m_selectedItem, QAccessible::StateChanged);
+}
+
+// ---- Drag
+
+MGDragPasteboard *GRItemListView::makeDragPasteboard() const
+{
+    MGDragPasteboard *pasteboard = MGDragPasteboard::dragPasteboard();
+    pasteboard->setString(QString::number(m_selectedItem), GRDragPasteboardType);
+    return pasteboard;
+}
+
+QPixmap GRItemListView::dragImage() const
+{
+    if (m_selectedItem >= quint64(itemCount()))
+        return {};
+    const QString name = m_items->at(qsizetype(m_selectedItem))->name();
+    const QFont font = QApplication::font();
+    const QFontMetricsF metrics(font);
+    const QSize size(qCeil(metrics.horizontalAdvance(name)), qCeil(metrics.height()));
+    const qreal ratio = devicePixelRatioF();
+    QPixmap image(size * ratio);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    if (size.isEmpty())
+        return image;
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setPen(QColor(0, 0, 0, 128));
+    painter.drawText(QRectF(QPointF(0, 0), QSizeF(size)), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
+                     name);
+    return image;
+}
+
+void GRItemListView::startDrag(QPointF start)
+{
+    if (m_selectedItem >= quint64(itemCount()))
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(makeDragPasteboard());
+    drag->setPixmap(dragImage());
+    drag->setHotSpot((start - itemRect(m_selectedItem).topLeft()).toPoint());
+    drag->setDragCursor(QPixmap(), Qt::MoveAction);
+    if (m_dragRunner)
+        m_dragRunner(drag);
+    else
+        drag->exec(Qt::MoveAction);
+    drag->deleteLater();
+}
+
+// ---- Keyboard
+
+void GRItemListView::keyPressEvent(QKeyEvent *event)
+{
+    const int functionKey = FunctionKeyForEvent(event, false);
+    if (functionKey > 0) {
+        if (itemCount() > 0)
+            emit storeKeyPressed(functionKey - 1);
+        return;
+    }
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const bool plain = modifiers == Qt::NoModifier;
+    switch (event->key()) {
+    case Qt::Key_Up:
+        return plain ? moveUp() : QWidget::keyPressEvent(event);
+    case Qt::Key_Down:
+        return plain ? moveDown() : QWidget::keyPressEvent(event);
+    case Qt::Key_Left:
+        return plain ? moveLeft() : QWidget::keyPressEvent(event);
+    case Qt::Key_Right:
+        return plain ? moveRight() : QWidget::keyPressEvent(event);
+    case Qt::Key_Home:
+        return scrollToBeginningOfDocument();
+    case Qt::Key_End:
+        return scrollToEndOfDocument();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (itemCount() > 0)
+            emit changeItemRequested();
+        return;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        if (itemCount() > 0)
+            emit deleteRequested();
+        return;
+    case Qt::Key_Menu:
+        return showContextMenu();
+    case Qt::Key_F10:
+        if (modifiers == Qt::ShiftModifier)
+            return showContextMenu();
+        break;
+    default:
+        break;
+    }
+    const QString text = event->text();
+    if (!text.isEmpty() && text.at(0).isPrint() && !(modifiers & (Qt::ControlModifier | Qt::MetaModifier))) {
+        insertText(text);
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void GRItemListView::selectAndShow(quint64 index)
+{
+    setSelectedItem(index);
+    showSelectedItem();
+}
+
+void GRItemListView::moveUp()
+{
+    if (itemCount() > 0)
+        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).up(m_selectedItem));
+}
+
+void GRItemListView::moveDown()
+{
+    if (itemCount() > 0)
+        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).down(m_selectedItem));
+}
+
+void GRItemListView::moveLeft()
+{
+    if (itemCount() > 0)
+        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).left(m_selectedItem));
+}
+
+void GRItemListView::moveRight()
+{
+    if (itemCount() > 0)
+        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).right(m_selectedItem));
+}
+
+void GRItemListView::scrollToBeginningOfDocument()
+{
+    setSelectedItem(0);
+    showSelectedItem();
+}
+
+void GRItemListView::scrollToEndOfDocument()
+{
+    if (itemCount() > 0)
+        setSelectedItem(quint64(itemCount()) - 1);
+    showSelectedItem();
+}
+
+void GRItemListView::insertText(const QString &text)
+{
+    if (!hasFocus() || !m_items)
+        return;
+    const GRTypeSelect::Outcome outcome = m_typeSelect.insertText(text, *m_items, m_selectedItem);
+    if (outcome.kind == GRTypeSelect::Outcome::Toggle)
+        toggleItem();
+    else if (outcome.kind == GRTypeSelect::Outcome::Select)
+        selectAndShow(outcome.index);
+}
+
+// ---- Context menu
+
+void GRItemListView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        if (handleMouseEvent(event->pos()))
+            popUpContextMenu(event->pos());
+        return;
+    }
+    showContextMenu();
+}
+
+void GRItemListView::showContextMenu()
+{
+    if (itemCount() == 0)
+        return;
+    showSelectedItem();
+    const QRectF cell = itemRect(m_selectedItem);
+    popUpContextMenu(QPointF(cell.left() + cell.height(), cell.bottom()));
+}
+
+void GRItemListView::popUpContextMenu(QPointF point)
+{
+    if (m_contextMenu)
+        m_contextMenu->popup(mapToGlobal(point.toPoint()));
 }
 
 void GRItemListView::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
+    if (itemCount() > 0)
+        announceCell(m_selectedItem, QAccessible::Focus);
     update();
 }
 

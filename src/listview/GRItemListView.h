@@ -1,11 +1,19 @@
 #pragma once
 
 #include "GRItemGridLayout.h"
+#include "GRTypeSelect.h"
 #include "GRTypes.h"
 
+#include <QAccessible>
 #include <QMenu>
 #include <QPointer>
 #include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class MGDragPasteboard;
+class QDrag;
 
 // The grid of the items on show (the list it is given, read by index every time): a check box
 // and the item's name in its store's colour per cell, flowing down each column and then on to
@@ -13,6 +21,10 @@
 // the scroll area's viewport, and more items make more columns and a wider view. On joining a
 // scroll area it turns the vertical scroll bar off and the horizontal one always on, so that the
 // viewport's height changes only with the window.
+//
+// The mouse selects, ticks a check box with live tracking and drags an item out; the keyboard
+// moves the selection, selects by typed name prefix and ticks with the space bar. Commands on the
+// selected item that the view does not carry out itself it asks for by signal.
 class GRItemListView : public QWidget
 {
     Q_OBJECT
@@ -57,9 +69,56 @@ public:
 
     void drawItem(const GRItemPtr &item, bool checked, const QRectF &rect, QPainter &painter) const;
 
+    // Gives the view the focus and selects the item under point (view coordinates); false, and
+    // nothing selected, over empty space.
+    bool handleMouseEvent(QPointF point);
+    // Flips the selected item's needed mark, recording "Check Item" first.
+    void toggleItem();
+
+    // The keyboard's moves; each selects, redraws and scrolls to the new item.
+    void moveUp();
+    void moveDown();
+    void moveLeft();
+    void moveRight();
+    void scrollToBeginningOfDocument();
+    void scrollToEndOfDocument();
+    // Typed text: a prefix to select by, or a space that ticks.
+    void insertText(const QString &text);
+    GRTypeSelect &typeSelect() { return m_typeSelect; }
+
+    // Check-box tracking: while checking, the selected item's box shows checkIsOn.
+    bool isChecking() const { return m_checking; }
+    bool checkIsOn() const { return m_checkIsOn; }
+
+    static constexpr float DragThreshold = 3.0f;
+    // What a drag of the selected item carries: its index in the list on show, as text.
+    MGDragPasteboard *makeDragPasteboard() const;
+    // The selected item's name, half-transparent black in the application font.
+    QPixmap dragImage() const;
+    // Runs a drag that is ready to go; by default QDrag::exec with the move action.
+    using DragRunner = std::function<void(QDrag *drag)>;
+    void setDragRunner(DragRunner runner) { m_dragRunner = std::move(runner); }
+
+    // Shows the context menu over the selected item, as the Menu key does.
+    void showContextMenu();
+
+signals:
+    // Return, or a double-click on a name: open the selected item.
+    void changeItemRequested();
+    // Delete or Backspace: delete the selected item, asking first.
+    void deleteRequested();
+    // F1 to F16 without modifiers: give the selected item the store at index.
+    void storeKeyPressed(int index);
+    void selectionMoved(quint64 index);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -69,6 +128,12 @@ protected:
 private:
     bool isActive() const;
     void watchEnclosingView();
+    void mouseDown(QMouseEvent *event, int clickCount);
+    void selectAndShow(quint64 index);
+    void startDrag(QPointF start);
+    void popUpContextMenu(QPointF point);
+    // Tells assistive technology about the cell at index.
+    void announceCell(quint64 index, QAccessible::Event event);
 
     QList<GRItemPtr> *m_items = nullptr;
     QSizeF m_itemSize = GRItemGridLayout::defaultItemSize();
@@ -76,4 +141,12 @@ private:
     QPointer<QMenu> m_contextMenu;
     QPointer<QWidget> m_watched;
     quint64 m_selectedItem = 0;
+
+    GRTypeSelect m_typeSelect;
+    DragRunner m_dragRunner;
+    QRectF m_checkboxRect;
+    std::optional<QPointF> m_dragStart; // window coordinates of the press that may start a drag
+    bool m_checking = false;
+    bool m_checkIsOn = false;
+    bool m_checkWasOn = false;
 };

@@ -4,9 +4,11 @@
 #include "GRGroceryDatabase.h"
 #include "GRItem.h"
 #include "GRNameSorter.h"
+#include "GRRecordPositions.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
 #include "MGXmlDecoder.h"
+#include "MGXmlEncoder.h"
 
 #include <QHash>
 #include <QSet>
@@ -98,6 +100,37 @@ void GRGroceryEdits::insertItem(const GRCategoryPtr &category, const GRItemPtr &
 {
     item->setCategory(category);
     category->items().append(item);
+}
+
+GRItemPtr GRGroceryEdits::removeItem(QList<GRItemPtr> &displayItems, const GRItemPtr &item)
+{
+    const qsizetype index = displayItems.indexOf(item);
+    displayItems.removeAll(item);
+    if (const GRCategoryPtr category = item->category())
+        category->items().removeAll(item);
+    if (displayItems.isEmpty())
+        return nullptr;
+    return displayItems.value(std::max<qsizetype>(index, 0), displayItems.last());
+}
+
+GRItemPtr GRGroceryEdits::duplicateItem(QList<GRItemPtr> &displayItems, const GRItemPtr &item)
+{
+    const GRItemPtr copy = item->copy();
+    if (const GRCategoryPtr category = item->category())
+        category->items().append(copy);
+    displayItems.append(copy);
+    return copy;
+}
+
+QString GRGroceryEdits::itemPasteboardText(const GRGroceryDatabase &database, const GRItemPtr &item)
+{
+    const GRRecordPositions positions(database);
+    const GRCategoryPtr category = item->category();
+    if (positions.categoryIndex(category.get()) < 0 || positions.storeIndex(item->store().get()) < 0)
+        return {};
+    MGXmlEncoder encoder;
+    item->archiveToXml(encoder, positions);
+    return encoder.xml();
 }
 
 GRItemPtr GRGroceryEdits::itemFromPasteboardText(const GRGroceryDatabase &database, const QByteArray &text)

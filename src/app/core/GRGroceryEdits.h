@@ -31,6 +31,14 @@ public:
     static void clearChecks(GRGroceryDatabase &database);
     // Appends the item to category, which becomes its category.
     static void insertItem(const GRCategoryPtr &category, const GRItemPtr &item);
+    // Takes the item out of the list on show and out of its category. The item to select next:
+    // the one now at its old place, or the last; null when the list is empty.
+    static GRItemPtr removeItem(QList<GRItemPtr> &displayItems, const GRItemPtr &item);
+    // A copy of item at the end of its category's items and of the list on show.
+    static GRItemPtr duplicateItem(QList<GRItemPtr> &displayItems, const GRItemPtr &item);
+    // The pasteboard text of type "mwgroceries.item": the item's XML, naming its category and
+    // store by position in database. Empty when either is not in the lists.
+    static QString itemPasteboardText(const GRGroceryDatabase &database, const GRItemPtr &item);
     // The item that pasteboard text of type "mwgroceries.item" describes, its category and store
     // resolved against database; null when the text is no such item.
     static GRItemPtr itemFromPasteboardText(const GRGroceryDatabase &database, const QByteArray &text);

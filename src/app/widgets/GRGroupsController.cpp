@@ -42,6 +42,8 @@ GRGroupsController::GRGroupsController(GRGroceryDatabase &database, QList<GRItem
     // Drops go right on a row: the view tells "above" and "below" apart only out of overwrite mode.
     m_table->setDragDropOverwriteMode(false);
     m_table->setDropIndicatorShown(true);
+    // Tab leaves the table for the next view instead of walking its cells.
+    m_table->setTabKeyNavigation(false);
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!m_reloading)
             tableViewSelectionDidChange();

@@ -9,6 +9,8 @@
 #include "GRGroupsController.h"
 #include "GRGroupsTableModel.h"
 #include "GRItem.h"
+#include "GRItemCommands.h"
+#include "GRItemDialog.h"
 #include "GRItemListView.h"
 #include "GRKeyLegend.h"
 #include "GRKeyNames.h"
@@ -54,6 +56,7 @@ GRWindowController::GRWindowController(GRGroceryDatabase &database, QList<GRItem
     setUnifiedTitleAndToolBarOnMac(true);
     setUpWidgets();
     setUpToolbar();
+    setUpTabOrder();
     setUpMenus();
 
     toggleKeys(this);
@@ -169,14 +172,16 @@ void GRWindowController::setUpWidgets()
     m_ui->categoryControlBar->setAnchor(m_ui->categoryList);
 
     m_ui->itemList->setItems(&m_displayItems);
+    // The grid takes the focus itself; its scroll area is no stop on the way.
+    m_ui->itemScroll->setFocusPolicy(Qt::NoFocus);
     keepOneItemRow();
     m_ui->itemControl->setSegments({QStringLiteral("+"), QStringLiteral("\u2212")}, false);
     m_ui->itemControl->setSegmentToolTip(0, tr("Add an item"));
     m_ui->itemControl->setSegmentToolTip(1, tr("Delete the selected item"));
-    connect(m_ui->itemControl, &GRSegmentedControl::segmentClicked, this, [this](int segment) {
-        if (segment == 0)
-            addItem();
-    });
+    m_itemCommands = new GRItemCommands(m_ui->itemList, m_database, m_displayItems, this);
+    connect(m_itemCommands, &GRItemCommands::editItemRequested, this, &GRWindowController::editItem);
+    connect(m_ui->itemControl, &GRSegmentedControl::segmentClicked, m_itemCommands,
+            &GRItemCommands::clickListControl);
     m_ui->itemControlBar->setAnchor(m_ui->itemScroll);
 
     connect(m_ui->keyLegend, &GRKeyLegend::toggled, this, [this] { toggleKeys(keyDisclosureButton()); });
@@ -187,6 +192,20 @@ void GRWindowController::setUpWidgets()
     m_ui->mainSplitter->setStretchFactor(0, 0);
     m_ui->mainSplitter->setStretchFactor(1, 1);
     m_ui->mainSplitter->setSizes({230, 730});
+}
+
+// The two lists first, one Tab apart, then the small controls.
+void GRWindowController::setUpTabOrder()
+{
+    QList<QWidget *> chain{m_searchField, m_ui->categoryList, m_ui->itemList};
+    for (GRSegmentedControl *control : {m_ui->listPicker, m_ui->categoryControl, m_ui->itemControl}) {
+        if (control == m_ui->itemControl)
+            chain << keyDisclosureButton();
+        for (int segment = 0; segment < control->segmentCount(); ++segment)
+            chain << control->button(segment);
+    }
+    for (qsizetype i = 1; i < chain.size(); ++i)
+        QWidget::setTabOrder(chain[i - 1], chain[i]);
 }
 
 void GRWindowController::setUpToolbar()
@@ -241,6 +260,10 @@ void GRWindowController::setUpMenus()
     for (const auto &[name, slot] : groupCommands)
         connect(action(QLatin1String(name)), &QAction::triggered, m_groups, slot);
 
+    connect(action(QStringLiteral("changeItem")), &QAction::triggered, m_itemCommands, &GRItemCommands::changeItem);
+    connect(action(QStringLiteral("duplicateItem")), &QAction::triggered, m_itemCommands,
+            &GRItemCommands::duplicate);
+
     connect(action(QStringLiteral("find")), &QAction::triggered, this, [this] {
         m_searchField->setFocus(Qt::ShortcutFocusReason);
         m_searchField->selectAll();
@@ -281,7 +304,14 @@ void GRWindowController::showItems(const QList<GRItemPtr> &items)
 
 void GRWindowController::addItem()
 {
-    // The item dialog is not built yet.
+    if (!m_database.categories().isEmpty())
+        editItem(nullptr);
+}
+
+GRItemDialog *GRWindowController::editItem(const GRItemPtr &item)
+{
+    return GRItemDialog::editItem(item, m_database, m_displayItems, this, m_groups->currentCategory(),
+                                  m_groups->currentStore());
 }
 
 void GRWindowController::editKeys()
@@ -416,7 +446,7 @@ void GRWindowController::updateMenus()
     }
     m_ui->categoryControl->setSegmentEnabled(1, m_groups->canDeleteSelection());
     m_ui->itemControl->setSegmentEnabled(0, validateMenuItem(action(QStringLiteral("addItem"))));
-    m_ui->itemControl->setSegmentEnabled(1, false);
+    m_ui->itemControl->setSegmentEnabled(1, !m_displayItems.isEmpty());
     emit menusValidated();
 }
 

@@ -17,6 +17,8 @@ class MainWindow;
 class GRControlBar;
 class GRGroceryDatabase;
 class GRGroupsController;
+class GRItemCommands;
+class GRItemDialog;
 class GRItemListView;
 class GRKeyLegend;
 class GRSegmentedControl;
@@ -54,11 +56,15 @@ public:
     MGToolbarSegments *undoSegments() const { return m_undoSegments; }
     GRGroupsController *groups() const { return m_groups; }
     GRWindowMenus *menus() const { return m_menus; }
+    GRItemCommands *itemCommands() const { return m_itemCommands; }
     // The menu action whose objectName is name ("saveDocument", "undoEdit", "resetChecks", ...).
     QAction *action(const QString &name) const;
 
-    // Commands of the list on show and of the window; the groups' own are on groups().
+    // Commands of the list on show and of the window; the groups' own are on groups(), the
+    // selected item's on itemCommands().
     void addItem();
+    // Opens the item sheet on item, or on a new item in the selected category or store.
+    GRItemDialog *editItem(const GRItemPtr &item);
     void editKeys();
     void editStores();
     void showAll();
@@ -106,6 +112,7 @@ protected:
 private:
     void setUpWidgets();
     void setUpToolbar();
+    void setUpTabOrder();
     void setUpMenus();
     void showItems(const QList<GRItemPtr> &items);
 
@@ -113,6 +120,7 @@ private:
     QList<GRItemPtr> &m_displayItems;
     std::unique_ptr<Ui::MainWindow> m_ui;
     GRGroupsController *m_groups = nullptr;
+    GRItemCommands *m_itemCommands = nullptr;
     QLineEdit *m_searchField = nullptr;
     MGToolbarSegments *m_undoSegments = nullptr;
     GRWindowMenus *m_menus = nullptr;

@@ -2,6 +2,7 @@
 
 #include "GRGroceryDatabase.h"
 #include "GRGroupsController.h"
+#include "GRItemCommands.h"
 #include "GRItemListView.h"
 #include "GRNames.h"
 #include "GRWindowController.h"
@@ -19,7 +20,6 @@ namespace {
 const QStringList UnbuiltCommands = {
     QStringLiteral("printGroceries"),
     QStringLiteral("editKeys"),
-    QStringLiteral("addItem"),
     QStringLiteral("editStores"),
 };
 
@@ -41,11 +41,6 @@ const std::pair<const char *, QKeySequence::StandardKey> StandardShortcuts[] = {
 QLineEdit *focusedLineEdit()
 {
     return qobject_cast<QLineEdit *>(QApplication::focusWidget());
-}
-
-bool hasMethod(QObject *object, const char *method)
-{
-    return object && object->metaObject()->indexOfMethod(QByteArray(method) + "()") >= 0;
 }
 
 bool clipboardHas(const QString &format)
@@ -84,23 +79,28 @@ bool GRWindowMenus::isAppCommand(const QString &name)
 void GRWindowMenus::forwardToFocus(const char *method)
 {
     QWidget *focus = QApplication::focusWidget();
-    if (qobject_cast<QLineEdit *>(focus) || (focus == m_window.itemList() && hasMethod(focus, method)))
+    if (qobject_cast<QLineEdit *>(focus)) {
         QMetaObject::invokeMethod(focus, method);
+        return;
+    }
+    if (focus != m_window.itemList())
+        return;
+    const QByteArray command(method);
+    if (command == "copy")
+        m_window.itemCommands()->copy();
+    else if (command == "cut")
+        m_window.itemCommands()->cut();
 }
 
 void GRWindowMenus::deleteSelection()
 {
     QWidget *focus = QApplication::focusWidget();
-    if (QLineEdit *line = qobject_cast<QLineEdit *>(focus)) {
+    if (QLineEdit *line = qobject_cast<QLineEdit *>(focus))
         line->del();
-        return;
-    }
-    if (focus == m_window.itemList()) {
-        if (hasMethod(focus, "deleteSelectedItem"))
-            QMetaObject::invokeMethod(focus, "deleteSelectedItem");
-        return;
-    }
-    m_window.groups()->deleteGroup();
+    else if (focus == m_window.itemList())
+        m_window.itemCommands()->deleteItem(GRItemCommands::DeleteSender::Menu);
+    else
+        m_window.groups()->deleteGroup();
 }
 
 void GRWindowMenus::paste()
@@ -124,13 +124,15 @@ bool GRWindowMenus::validateMenuItem(QAction *menuAction) const
     const bool itemListFocused = focus && focus == m_window.itemList();
     if (name == QLatin1String("renameCategory"))
         return row >= 0;
+    if (name == QLatin1String("changeItem") || name == QLatin1String("duplicateItem"))
+        return !m_displayItems.isEmpty();
     if (name == QLatin1String("addItem"))
         return !m_database.categories().isEmpty();
     if (name == QLatin1String("deleteSelection")) {
         if (line)
             return line->hasSelectedText() && !line->isReadOnly();
         if (itemListFocused)
-            return hasMethod(focus, "deleteSelectedItem") && !m_displayItems.isEmpty();
+            return !m_displayItems.isEmpty();
         return m_window.groups()->canDeleteSelection();
     }
     if (name == QLatin1String("paste")) {
@@ -148,7 +150,7 @@ bool GRWindowMenus::validateMenuItem(QAction *menuAction) const
     if (name == QLatin1String("cut") || name == QLatin1String("copy")) {
         if (line)
             return line->hasSelectedText() && (name == QLatin1String("copy") || !line->isReadOnly());
-        return itemListFocused && hasMethod(focus, name.toLatin1().constData()) && !m_displayItems.isEmpty();
+        return itemListFocused && !m_displayItems.isEmpty();
     }
     if (name == QLatin1String("selectAll"))
         return line != nullptr;

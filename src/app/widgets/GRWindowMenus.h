@@ -27,10 +27,10 @@ public:
     // Whether the command can run now; the undo and redo actions also get their titles.
     bool validateMenuItem(QAction *action) const;
 
-    // Cut, copy and select all go to a focused text field, or to the item list when it can.
+    // Cut, copy and select all go to a focused text field; cut and copy also to the item list.
     void forwardToFocus(const char *method);
-    // Edit > Delete: the selected text of a focused field, the item list's own delete (nothing
-    // while it has none), or else the selected group.
+    // Edit > Delete: the selected text of a focused field, the selected item (without asking)
+    // when the item list has the focus, or else the selected group.
     void deleteSelection();
     void paste();
 
