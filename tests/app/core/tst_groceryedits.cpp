@@ -4,6 +4,7 @@
 #include "GRGroceryEdits.h"
 #include "GRGroceryQueries.h"
 #include "GRItem.h"
+#include "GRItemFields.h"
 #include "GRPrefController.h"
 #include "GRSnapshotUndo.h"
 #include "GRStore.h"
@@ -110,6 +111,19 @@ const std::pair<const char *, Command> Commands[] = {
         const GRItemPtr yogurt = E::itemFromPasteboardText(f.db, Yogurt);
         const GRCategoryPtr fruit = f.category(1);
         return yogurt && record(A::Category, D::PasteItem, fruit) && (E::insertItem(fruit, yogurt), f.shown.append(yogurt), true); }},
+    {"Check Item", [](Fixture &f) {
+        const GRItemPtr bananas = f.item("Bananas");
+        return record(A::Category, D::CheckItem, bananas->category()) && (bananas->setNeeded(true), true); }},
+    {"Delete Item", [](Fixture &f) {
+        const GRItemPtr apples = f.item("Apples");
+        return record(A::Category, D::DeleteItem, apples->category()) && (apples->setNeeded(false), E::removeItem(f.shown, apples)); }},
+    {"Duplicate", [](Fixture &f) {
+        const GRItemPtr apples = f.item("Apples");
+        return record(A::Category, D::Duplicate, apples->category()) && E::duplicateItem(f.shown, apples); }},
+    {"Add Item", [](Fixture &f) {
+        GRItemFields fields = GRItemFields::forNewItem(f.window.row, 2);
+        fields.name = "Kale";
+        return record(fields.undoAction(f.db, nullptr), D::AddItem, fields.category(f.db)) && fields.apply(f.db, f.shown, nullptr); }},
 };
 // clang-format on
 
@@ -278,6 +292,97 @@ private slots:
             m_undo.redo();
             QCOMPARE(checkState(), after);
         }
+    }
+
+    void removeItemSelectsNext_data()
+    {
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("removed");
+        QTest::addColumn<QString>("next");
+        QTest::newRow("middle") << "Milk,Buttermilk,Cheese" << "Buttermilk" << "Cheese";
+        QTest::newRow("last") << "Milk,Buttermilk,Cheese" << "Cheese" << "Buttermilk";
+        QTest::newRow("only") << "Flour" << "Flour" << "";
+    }
+    void removeItemSelectsNext()
+    {
+        QFETCH(QString, shown);
+        QFETCH(QString, removed);
+        QList<GRItemPtr> items;
+        for (const QString &name : shown.split(','))
+            items << f().item(name);
+        const GRItemPtr item = f().item(removed);
+        const GRCategoryPtr category = item->category();
+        const GRItemPtr next = E::removeItem(items, item);
+        QTEST(next ? next->name() : QString(), "next");
+        QVERIFY(!items.contains(item) && !category->items().contains(item));
+    }
+
+    // The third category and the second store travel as positions 2 and 1; an item whose store
+    // is not in the list can't be copied.
+    void pasteboardText()
+    {
+        const GRItemPtr flour = f().item("Flour");
+        flour->setNeedCount(3);
+        flour->setAisle(-4);
+        QCOMPARE(E::itemPasteboardText(f().db, flour),
+                 "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<item>\n\t<name>Flour</name>\n\t<category>2</category>\n\t<store>1</store>\n"
+                 "\t<aisle>-4</aisle>\n\t<count>3</count>\n</item>\n");
+        const GRItemPtr copy = E::itemFromPasteboardText(f().db, E::itemPasteboardText(f().db, flour).toUtf8());
+        QVERIFY(copy && copy->category() == flour->category() && copy->store() == flour->store());
+        QCOMPARE(copy->aisle(), -4);
+        flour->setStore(GRStore::create());
+        QVERIFY(E::itemPasteboardText(f().db, flour).isEmpty());
+    }
+
+    void itemFields_data()
+    {
+        QTest::addColumn<qint64>("aisle");      // the item's
+        QTest::addColumn<QString>("typed");     // into the aisle field; "-" leaves it
+        QTest::addColumn<qint64>("special");    // then chosen; -1 leaves it
+        QTest::addColumn<qint64>("stored");
+        QTest::newRow("special aisle read") << qint64(-3) << "-" << qint64(-1) << qint64(-3);
+        QTest::newRow("number typed over a special aisle") << qint64(-3) << "12" << qint64(0) << qint64(12);
+        QTest::newRow("special chosen after a number") << qint64(7) << "12" << qint64(5) << qint64(-5);
+        QTest::newRow("leading digits") << qint64(0) << "12b4" << qint64(-1) << qint64(12);
+        QTest::newRow("no digits") << qint64(4) << "x" << qint64(-1) << qint64(0);
+        QTest::newRow("saturates") << qint64(0) << "99999999999" << qint64(-1) << qint64(2147483647);
+    }
+    // The sheet's rules on the aisle: a typed number and a special aisle exclude each other.
+    void itemFields()
+    {
+        QFETCH(qint64, aisle);
+        QFETCH(QString, typed);
+        QFETCH(qint64, special);
+        const GRItemPtr cheese = f().item("Cheese");
+        cheese->setAisle(aisle);
+        GRItemFields fields = GRItemFields::fromItem(f().db, cheese);
+        QCOMPARE(fields.specialAisle, std::max<qint64>(0, -aisle));
+        QCOMPARE(fields.aisle, aisle > 0 ? QString::number(aisle) : QString());
+        QCOMPARE(fields.storeIndex, 2);
+        if (typed != "-")
+            fields.aisle = typed, fields.specialAisle = 0;
+        if (special >= 0)
+            fields.specialAisle = special;
+        QTEST(fields.aisleValue(), "stored");
+    }
+
+    // Changing only the name keeps the item's place; another category takes every category's
+    // snapshot and appends the item there.
+    void itemFieldsMove()
+    {
+        const GRItemPtr buttermilk = f().item("Buttermilk");
+        GRItemFields fields = GRItemFields::fromItem(f().db, buttermilk);
+        fields.name = "Kefir";
+        QCOMPARE(fields.undoAction(f().db, buttermilk), A::Category);
+        fields.apply(f().db, f().shown, buttermilk);
+        QVERIFY(dump(f().db).startsWith("Dairy: Milk@Corner Shop*, Kefir@Bakery Bros, Cheese@Market |"));
+        fields.categoryIndex = 1;
+        QCOMPARE(fields.undoAction(f().db, buttermilk), A::Categories);
+        fields.apply(f().db, f().shown, buttermilk);
+        QVERIFY(dump(f().db).contains("Fruit: Apples@Market*, Bananas@Corner Shop, Kefir@Bakery Bros |"));
+        QCOMPARE(f().shown.count(buttermilk), 1);
+        fields.categoryIndex = 9;
+        QVERIFY(!fields.apply(f().db, f().shown, nullptr));
     }
 
     void categoryStepOfAGoneCategory()

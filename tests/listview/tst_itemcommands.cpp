@@ -1,0 +1,303 @@
+#include "GRCategory.h"
+#include "GRDatabaseFile.h"
+#include "GRGroceryDatabase.h"
+#include "GRItem.h"
+#include "GRItemCommands.h"
+#include "GRItemListView.h"
+#include "GRNames.h"
+#include "GRPrefController.h"
+#include "GRSnapshotUndo.h"
+#include "GRStore.h"
+#include "GRTestSupport.h"
+#include "MGAlert.h"
+#include "MGDragPasteboard.h"
+#include "MGUndoManager.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QDrag>
+#include <QMenu>
+#include <QMimeData>
+#include <QScrollArea>
+#include <QTest>
+
+// The item grid driven as a person drives it, offscreen: the mouse, the keys and the commands on
+// the selected item, on the sample list with Dairy (Milk*, Buttermilk, Cheese) on show.
+class TestItemCommands : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<GRGroceryDatabase> m_db;
+    QList<GRItemPtr> m_shown;
+    std::unique_ptr<GRSnapshotUndo> m_undo;
+    std::unique_ptr<QScrollArea> m_area;
+    GRItemListView *m_view = nullptr;
+    GRItemCommands *m_commands = nullptr;
+    QList<GRItemPtr> m_edited; // what the commands asked the sheet to open
+
+    GRItemPtr shown(int index) const { return m_shown.value(index); }
+    QString dump() const { return GRTestSupport::dump(*m_db); }
+    QString undoTitle() const
+    {
+        QString title;
+        MGUndoManager::sharedInstance().validateState(true, &title);
+        return title;
+    }
+    QPoint boxCentre(int index) const
+    {
+        return m_view->checkboxRect(m_view->itemRect(quint64(index))).center().toPoint();
+    }
+    QPoint nameCentre(int index) const
+    {
+        const QRectF item = m_view->itemRect(quint64(index));
+        return QPoint(int(item.right()) - 20, int(item.center().y()));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        GRTestSupport::initEnvironment();
+        MGUndoManager::setBeepHandler([] {});
+        MGUndoManager::setModalCheck([] { return false; });
+    }
+
+    void init()
+    {
+        GRTestSupport::resetState();
+        GRPrefController::sharedInstance().setConfirmDelete(true);
+        m_db = std::make_unique<GRGroceryDatabase>();
+        QVERIFY(ReadModernDatabaseData(GRTestSupport::sampleDatabase(), *m_db));
+        m_shown = m_db->categories().first()->items();
+        m_undo = std::make_unique<GRSnapshotUndo>(*m_db, m_shown);
+        m_undo->install();
+        m_area = std::make_unique<QScrollArea>();
+        m_area->setWidget(m_view = new GRItemListView);
+        m_view->setItems(&m_shown);
+        m_commands = new GRItemCommands(m_view, *m_db, m_shown, m_view);
+        m_edited.clear();
+        connect(m_commands, &GRItemCommands::editItemRequested, this, [this](const GRItemPtr &item) { m_edited << item; });
+        m_area->resize(600, 200);
+        m_area->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_area.get()));
+        m_view->setFocus();
+    }
+
+    void cleanup()
+    {
+        m_area.reset();
+        m_undo.reset();
+    }
+
+    void checkboxTracking_data()
+    {
+        QTest::addColumn<QList<QPoint>>("path"); // offsets from the box's centre after the press
+        QTest::addColumn<bool>("toggled");
+        QTest::newRow("released inside") << QList<QPoint>{{1, 1}} << true;
+        QTest::newRow("released outside") << QList<QPoint>{{60, 0}} << false;
+        QTest::newRow("out and back in") << QList<QPoint>{{60, 0}, {0, 1}} << true;
+    }
+    void checkboxTracking()
+    {
+        QFETCH(QList<QPoint>, path);
+        QFETCH(bool, toggled);
+        const QPoint box = boxCentre(1);
+        QTest::mousePress(m_view, Qt::LeftButton, {}, box);
+        QVERIFY(m_view->isChecking() && m_view->checkIsOn()); // the box shows the new state at once
+        for (const QPoint &step : path)
+            QTest::mouseMove(m_view, box + step);
+        QCOMPARE(m_view->checkIsOn(), toggled);
+        QTest::mouseRelease(m_view, Qt::LeftButton, {}, box + path.last());
+        QVERIFY(!m_view->isChecking());
+        QCOMPARE(shown(1)->isNeeded(), toggled);
+        QCOMPARE(undoTitle(), toggled ? "Undo Check Item" : "Undo");
+        QCOMPARE(m_view->selectedItem(), 1ull);
+    }
+
+    // A double-click on a name opens the item; on a box it is two tracked clicks.
+    void doubleClick()
+    {
+        QTest::mouseDClick(m_view, Qt::LeftButton, {}, nameCentre(2));
+        QCOMPARE(m_edited, QList<GRItemPtr>{shown(2)});
+        QTest::mouseDClick(m_view, Qt::LeftButton, {}, boxCentre(0));
+        QVERIFY(shown(0)->isNeeded());
+        QTest::mouseClick(m_view, Qt::LeftButton, {}, QPoint(590, 190)); // empty space: nothing
+        QCOMPARE(m_view->selectedItem(), 0ull);
+    }
+
+    void dragThreshold_data()
+    {
+        QTest::addColumn<qreal>("distance");
+        QTest::addColumn<QString>("carried");
+        QTest::newRow("2.9 points") << 2.9 << "";
+        QTest::newRow("3 points") << 3.0 << "12";
+    }
+    void dragThreshold()
+    {
+        QFETCH(qreal, distance);
+        for (int i = 0; i < 10; ++i) {
+            m_shown << GRItem::create();
+            m_shown.last()->setName("Yeast");
+        }
+        m_view->setItems(&m_shown);
+        QString carried;
+        m_view->setDragRunner([&carried](QDrag *drag) {
+            carried = drag->mimeData()->formats().join(',') + ':' + drag->mimeData()->data(GRDragPasteboardType);
+            QVERIFY(!drag->pixmap().isNull());
+        });
+        const QPointF start = m_view->itemRect(12).center() + QPointF(30, 0);
+        const auto send = [this](QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
+            QMouseEvent event(type, at, m_view->mapTo(m_view->window(), at), m_view->mapToGlobal(at),
+                              Qt::LeftButton, buttons, {});
+            QApplication::sendEvent(m_view, &event);
+        };
+        send(QEvent::MouseButtonPress, start, Qt::LeftButton);
+        send(QEvent::MouseMove, start + QPointF(distance * 0.6, distance * 0.8), Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, start, {});
+        QCOMPARE(carried, distance >= 3 ? "mwgroceries.drag:12" : "");
+    }
+
+    void dragPasteboard()
+    {
+        MGDragPasteboard pasteboard;
+        QVERIFY(pasteboard.setString("3", GRDragPasteboardType));
+        QVERIFY(pasteboard.setString("12", GRDragPasteboardType));
+        QCOMPARE(pasteboard.stringForType(GRDragPasteboardType), "12");
+        QCOMPARE(pasteboard.dataForType(GRDragPasteboardType), QByteArray()); // a string, not data
+        QCOMPARE(pasteboard.changeCount(), 2);
+        QCOMPARE(pasteboard.writableTypes(), QStringList(2, GRDragPasteboardType));
+        QCOMPARE(pasteboard.data(GRDragPasteboardType), "12");
+    }
+
+    void keys_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("after"); // Dairy's items
+        QTest::addColumn<QString>("undo");
+        QTest::newRow("space ticks") << int(Qt::Key_Space) << 0
+                                     << "Milk@Corner Shop*, Buttermilk@Bakery Bros*, Cheese@Market" << "Undo Check Item";
+        QTest::newRow("F3: the third store") << int(Qt::Key_F3) << 0
+                                             << "Milk@Corner Shop*, Buttermilk@Market, Cheese@Market" << "Undo Reassign Store";
+        QTest::newRow("F4: past the stores") << int(Qt::Key_F4) << 0
+                                             << "Milk@Corner Shop*, Buttermilk@Bakery Bros, Cheese@Market" << "Undo";
+        QTest::newRow("Ctrl+F3: no store key") << int(Qt::Key_F3) << int(Qt::ControlModifier)
+                                               << "Milk@Corner Shop*, Buttermilk@Bakery Bros, Cheese@Market" << "Undo";
+        QTest::newRow("Return opens") << int(Qt::Key_Return) << 0
+                                      << "Milk@Corner Shop*, Buttermilk@Bakery Bros, Cheese@Market" << "Undo";
+    }
+    void keys()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        m_view->setSelectedItem(1);
+        QTest::keyClick(m_view, Qt::Key(key), Qt::KeyboardModifiers(modifiers), -1);
+        QTEST(dump().section(" | ", 0, 0).section(": ", 1), "after");
+        QTEST(undoTitle(), "undo");
+        QCOMPARE(m_edited.size(), key == Qt::Key_Return ? 1 : 0);
+    }
+
+    void deleting_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<int>("answer"); // -1: no question
+        QTest::addColumn<QString>("after");
+        QTest::newRow("Delete key, kept") << "key" << 1 << "Milk@Corner Shop*, Buttermilk@Bakery Bros*, Cheese@Market";
+        QTest::newRow("Delete key, confirmed") << "key" << 0 << "Milk@Corner Shop*, Cheese@Market";
+        QTest::newRow("menu") << "menu" << -1 << "Milk@Corner Shop*, Cheese@Market";
+        QTest::newRow("remove segment") << "segment" << -1 << "Milk@Corner Shop*, Cheese@Market";
+        QTest::newRow("cut") << "cut" << -1 << "Milk@Corner Shop*, Cheese@Market";
+    }
+    // Only the Delete keys ask; the mark flips after the snapshot, so undo brings the item back
+    // as it was even when it was kept.
+    void deleting()
+    {
+        QFETCH(QString, how);
+        QFETCH(int, answer);
+        const QString before = dump();
+        if (answer >= 0)
+            MGAlert::sharedInstance().setNextAnswer(answer);
+        m_view->setSelectedItem(1);
+        if (how == "key")
+            QTest::keyClick(m_view, Qt::Key_Delete);
+        else if (how == "menu")
+            m_commands->deleteItem(GRItemCommands::DeleteSender::Menu);
+        else if (how == "segment")
+            m_commands->clickListControl(1);
+        else
+            m_commands->cut();
+        QCOMPARE(MGAlert::sharedInstance().shownAlerts().size(), answer >= 0 ? 1 : 0);
+        QTEST(dump().section(" | ", 0, 0).section(": ", 1), "after");
+        QCOMPARE(m_shown.size(), answer == 1 ? 3 : 2);
+        QCOMPARE(undoTitle(), how == "cut" ? "Undo Cut Item" : "Undo Delete Item");
+        MGUndoManager::sharedInstance().undo();
+        QCOMPARE(dump(), before);
+    }
+
+    void copyAndDuplicate()
+    {
+        m_view->setSelectedItem(0);
+        m_commands->copy();
+        const QMimeData *mime = QGuiApplication::clipboard()->mimeData();
+        QVERIFY(mime->data(GRItemPasteboardType).contains("<name>Milk</name>"));
+        QCOMPARE(mime->text(), "Milk");
+        m_commands->duplicate();
+        QCOMPARE(dump().section(" | ", 0, 0), "Dairy: Milk@Corner Shop*, Buttermilk@Bakery Bros, Cheese@Market, Milk@Corner Shop*");
+        QCOMPARE(shown(int(m_view->selectedItem())), m_db->categories().first()->items().last()); // the copy
+        QCOMPARE(undoTitle(), "Undo Duplicate");
+    }
+
+    // One entry per store, a key shown for the first sixteen, checks on the item's store and on
+    // the needed entry.
+    void contextMenu()
+    {
+        for (int i = 3; i < 17; ++i) {
+            m_db->stores() << GRStore::create();
+            m_db->stores().last()->setName(QString("S%1").arg(i + 1));
+        }
+        m_commands->updateContextMenu();
+        m_view->setSelectedItem(0);
+        shown(0)->setStore(m_db->stores().at(16));
+        m_view->showContextMenu();
+        QMenu *menu = m_commands->contextMenu();
+        QTRY_VERIFY(menu->isVisible());
+        QStringList stores, checked;
+        for (QAction *action : menu->actions()) {
+            if (action->isCheckable() && action->isChecked())
+                checked << action->text();
+            stores << action->text();
+            if (action->isSeparator())
+                stores.clear(); // the store entries come last, after the separator
+        }
+        QCOMPARE(stores.size(), 17);
+        QCOMPARE(stores.at(15), "S16\tF16");
+        QCOMPARE(checked, (QStringList{"Needed\tSpace", "S17"}));
+        menu->hide();
+        QVERIFY(m_commands->validateMenuItem("duplicate"));
+        m_shown.clear();
+        QVERIFY(!m_commands->validateMenuItem("duplicate") && m_commands->validateMenuItem("toggleItem"));
+    }
+
+    void accessibleCells()
+    {
+        shown(0)->setNeedCount(2);
+        shown(0)->setAisle(5);
+        shown(2)->setAisle(-3);
+        m_view->setSelectedItem(2);
+        QAccessibleInterface *list = QAccessible::queryAccessibleInterface(m_view);
+        QVERIFY(list);
+        QCOMPARE(list->childCount(), 3);
+        QCOMPARE(list->child(0)->text(QAccessible::Name), "Milk, needed, 2, Aisle 5, Corner Shop");
+        QCOMPARE(list->child(2)->text(QAccessible::Name), "Cheese, Frozen, Market");
+        QCOMPARE(list->child(0)->role(), QAccessible::CheckBox);
+        QVERIFY(list->child(0)->state().checked && !list->child(1)->state().checked);
+        QCOMPARE(list->focusChild(), list->child(2));
+        QVERIFY(list->child(2)->state().focused && !list->child(0)->state().focused);
+        list->child(1)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(list->child(1)->state().checked);
+        QCOMPARE(list->indexOfChild(list->child(1)), 1);
+    }
+};
+
+QTEST_MAIN(TestItemCommands)
+#include "tst_itemcommands.moc"
