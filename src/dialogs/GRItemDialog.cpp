@@ -17,8 +17,8 @@ GRItemDialog *GRItemDialog::editItem(const GRItemPtr &item, GRGroceryDatabase &d
                                      QList<GRItemPtr> &displayItems, QWidget *window, qint64 currentCategory,
                                      qint64 currentStore)
 {
-    const GRItemFields fields =
-        item ? GRItemFields::fromItem(database, item) : GRItemFields::forNewItem(currentCategory, currentStore);
+    const GRItemFields fields = item ? GRItemFields::fromItem(database, item)
+                                     : GRItemFields::forNewItem(currentCategory, currentStore);
     auto *dialog = new GRItemDialog(item, fields, database, displayItems, window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
@@ -47,7 +47,8 @@ GRItemDialog::GRItemDialog(const GRItemPtr &item, const GRItemFields &fields, GR
     });
     connect(m_ui->specialAisleButton, &QComboBox::activated, this, &GRItemDialog::changeSpecialAisle);
     connect(m_ui->neededBox, &QCheckBox::toggled, this, [this](bool on) { m_fields.needed = on; });
-    connect(m_ui->countField, &QSpinBox::valueChanged, this, [this](int count) { m_fields.count = quint64(count); });
+    connect(m_ui->countField, &QSpinBox::valueChanged, this,
+            [this](int count) { m_fields.count = quint64(count); });
     connect(m_ui->categoryButton, &QComboBox::currentIndexChanged, this,
             [this](int index) { m_fields.categoryIndex = index; });
     connect(m_ui->storeButton, &QComboBox::currentIndexChanged, this,

@@ -14,8 +14,8 @@
 #include "MGNotificationCenter.h"
 
 #include <QAction>
-#include <QGuiApplication>
 #include <QClipboard>
+#include <QGuiApplication>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMimeData>
@@ -36,8 +36,8 @@ QString keyText(const QKeySequence &keys)
 
 } // namespace
 
-GRItemCommands::GRItemCommands(GRItemListView *view, GRGroceryDatabase &database, QList<GRItemPtr> &displayItems,
-                               QObject *parent)
+GRItemCommands::GRItemCommands(GRItemListView *view, GRGroceryDatabase &database,
+                               QList<GRItemPtr> &displayItems, QObject *parent)
     : QObject(parent), m_view(view), m_database(database), m_displayItems(displayItems),
       m_contextMenu(new QMenu(view))
 {
@@ -51,8 +51,8 @@ GRItemCommands::GRItemCommands(GRItemListView *view, GRGroceryDatabase &database
     });
     connect(addEntry(QStringLiteral("changeItem"), tr("Edit Item…"), tr("Return")), &QAction::triggered, this,
             &GRItemCommands::changeItem);
-    connect(addEntry(QStringLiteral("copy"), tr("Copy"), keyText(QKeySequence::Copy)), &QAction::triggered, this,
-            &GRItemCommands::copy);
+    connect(addEntry(QStringLiteral("copy"), tr("Copy"), keyText(QKeySequence::Copy)), &QAction::triggered,
+            this, &GRItemCommands::copy);
     connect(addEntry(QStringLiteral("cut"), tr("Cut"), keyText(QKeySequence::Cut)), &QAction::triggered, this,
             &GRItemCommands::cut);
     connect(addEntry(QStringLiteral("delete"), tr("Delete"), QString()), &QAction::triggered, this,
@@ -78,13 +78,16 @@ GRItemCommands::~GRItemCommands()
 
 QAction *GRItemCommands::addEntry(const QString &name, const QString &title, const QString &keyHint)
 {
-    QAction *action = m_contextMenu->addAction(keyHint.isEmpty() ? title : title + QLatin1Char('\t') + keyHint);
+    QAction *action =
+        m_contextMenu->addAction(keyHint.isEmpty() ? title : title + QLatin1Char('\t') + keyHint);
     action->setObjectName(name);
     return action;
 }
 
 QAction *GRItemCommands::contextAction(const QString &name) const
 {
+    if (!m_contextMenu)
+        return nullptr;
     for (QAction *action : m_contextMenu->actions()) {
         if (action->objectName() == name)
             return action;
@@ -102,6 +105,8 @@ bool GRItemCommands::validateMenuItem(const QString &name) const
 
 void GRItemCommands::updateContextMenu()
 {
+    if (!m_contextMenu)
+        return;
     QList<QAction *> actions = m_contextMenu->actions();
     while (!actions.isEmpty() && isStoreEntry(actions.last())) {
         QAction *entry = actions.takeLast();
@@ -111,7 +116,8 @@ void GRItemCommands::updateContextMenu()
     const QList<GRStorePtr> &stores = m_database.stores();
     for (qsizetype i = 0; i < stores.size(); ++i) {
         // The first sixteen stores have a key: F1 to F16.
-        const QString title = i < 16 ? QStringLiteral("%1\tF%2").arg(stores[i]->name()).arg(i + 1) : stores[i]->name();
+        const QString title =
+            i < 16 ? QStringLiteral("%1\tF%2").arg(stores[i]->name()).arg(i + 1) : stores[i]->name();
         QAction *entry = m_contextMenu->addAction(title);
         entry->setProperty(StoreEntryProperty, qint64(i));
         entry->setCheckable(true);
@@ -123,6 +129,8 @@ void GRItemCommands::prepareContextMenu()
 {
     const GRItemPtr item = selectedItem();
     if (!item)
+        return;
+    if (!m_contextMenu)
         return;
     const qint64 storeIndex = m_database.stores().indexOf(item->store());
     for (QAction *action : m_contextMenu->actions()) {
@@ -188,7 +196,8 @@ void GRItemCommands::deleteItem(DeleteSender sender)
     if (RecordUndo(GRUndoAction::Category, descriptor, item->category()))
         item->setNeeded(!item->isNeeded());
     if (sender == DeleteSender::DeleteKey && GRPrefController::sharedInstance().confirmDelete() &&
-        !OkToProceed(tr("Delete item?"), tr("Are you sure you want to delete the item \"%1\"?").arg(item->name()))) {
+        !OkToProceed(tr("Delete item?"),
+                     tr("Are you sure you want to delete the item \"%1\"?").arg(item->name()))) {
         if (m_view)
             m_view->invalidateItem(m_view->selectedItem());
         return;
@@ -208,7 +217,8 @@ void GRItemCommands::setStoreCore(qint64 index)
 {
     const GRItemPtr item = selectedItem();
     const GRStorePtr store = m_database.stores().value(index);
-    if (!item || !store || !RecordUndo(GRUndoAction::Category, GRUndoDescriptor::ReassignStore, item->category()))
+    if (!item || !store ||
+        !RecordUndo(GRUndoAction::Category, GRUndoDescriptor::ReassignStore, item->category()))
         return;
     item->setStore(store);
     if (m_view)

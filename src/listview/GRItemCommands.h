@@ -65,5 +65,5 @@ private:
     QPointer<GRItemListView> m_view;
     GRGroceryDatabase &m_database;
     QList<GRItemPtr> &m_displayItems;
-    QMenu *m_contextMenu = nullptr;
+    QPointer<QMenu> m_contextMenu; // the view owns it
 };

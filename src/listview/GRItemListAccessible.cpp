@@ -3,9 +3,7 @@
 #include "GRItemCellAccessible.h"
 #include "GRItemListView.h"
 
-GRItemListAccessible::GRItemListAccessible(QWidget *widget) : QAccessibleWidget(widget, QAccessible::List)
-{
-}
+GRItemListAccessible::GRItemListAccessible(QWidget *widget) : QAccessibleWidget(widget, QAccessible::List) {}
 
 GRItemListAccessible::~GRItemListAccessible()
 {

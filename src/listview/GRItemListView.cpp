@@ -349,7 +349,6 @@ void GRItemListView::startDrag(QPointF start)
     drag->setMimeData(makeDragPasteboard());
     drag->setPixmap(dragImage());
     drag->setHotSpot((start - itemRect(m_selectedItem).topLeft()).toPoint());
-    drag->setDragCursor(QPixmap(), Qt::MoveAction);
     if (m_dragRunner)
         m_dragRunner(drag);
     else
@@ -402,7 +401,8 @@ void GRItemListView::keyPressEvent(QKeyEvent *event)
         break;
     }
     const QString text = event->text();
-    if (!text.isEmpty() && text.at(0).isPrint() && !(modifiers & (Qt::ControlModifier | Qt::MetaModifier))) {
+    if (!text.isEmpty() && text.at(0).isPrint() &&
+        !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))) {
         insertText(text);
         return;
     }
@@ -436,7 +436,8 @@ void GRItemListView::moveLeft()
 void GRItemListView::moveRight()
 {
     if (itemCount() > 0)
-        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).right(m_selectedItem));
+        selectAndShow(
+            GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).right(m_selectedItem));
 }
 
 void GRItemListView::scrollToBeginningOfDocument()

@@ -4,10 +4,7 @@
 
 #include <QDateTime>
 
-GRTypeSelect::GRTypeSelect()
-    : m_clock([] { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; })
-{
-}
+GRTypeSelect::GRTypeSelect() : m_clock([] { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }) {}
 
 GRTypeSelect::Outcome GRTypeSelect::insertText(const QString &text, const QList<GRItemPtr> &items,
                                                quint64 selected)

@@ -21,7 +21,8 @@ private slots:
         QTest::addColumn<quint64>("from");
         QTest::addColumn<quint64>("to");
         // Three rows, eight items: columns of 3, 3 and 2.
-        QTest::newRow("left from the first column, short last column") << 8ull << 3ull << "left" << 2ull << 5ull;
+        QTest::newRow("left from the first column, short last column")
+            << 8ull << 3ull << "left" << 2ull << 5ull;
         QTest::newRow("left from the first column into the last") << 8ull << 3ull << "left" << 1ull << 7ull;
         QTest::newRow("left within") << 8ull << 3ull << "left" << 4ull << 1ull;
         QTest::newRow("right past the end to the first column") << 8ull << 3ull << "right" << 5ull << 2ull;
@@ -78,15 +79,22 @@ private slots:
         QTest::addColumn<QString>("outcome");
         QTest::addColumn<QString>("buffer");
         // The pause counts from the last emptying, which before any is time 0.
-        QTest::newRow("b then a, first keys ever") << QStringList{"100:b", "100.1:a"} << "0" << "a";
-        QTest::newRow("a run after an emptying") << QStringList{"100:x", "100.1:b", "100.3:a"} << "1" << "ba";
+        QTest::newRow("b then a, first keys ever") << QStringList{"100:b", "100.1:a"} << "0"
+                                                   << "a";
+        QTest::newRow("a run after an emptying") << QStringList{"100:x", "100.1:b", "100.3:a"} << "1"
+                                                 << "ba";
         QTest::newRow("pause counted from the emptying, not the last key")
-            << QStringList{"100:x", "100.1:b", "100.5:a", "100.8:n"} << "-" << "n";
-        QTest::newRow("space first ticks") << QStringList{"5: "} << "toggle" << "";
+            << QStringList{"100:x", "100.1:b", "100.5:a", "100.8:n"} << "-"
+            << "n";
+        QTest::newRow("space first ticks") << QStringList{"5: "} << "toggle"
+                                           << "";
         QTest::newRow("space within a run is text")
-            << QStringList{"100:x", "100.1:i", "100.2:c", "100.3:e", "100.4: ", "100.5:c"} << "3" << "ice c";
-        QTest::newRow("no match") << QStringList{"5:q"} << "-" << "q";
-        QTest::newRow("match already selected") << QStringList{"5:ICE CU"} << "-" << "ice cu";
+            << QStringList{"100:x", "100.1:i", "100.2:c", "100.3:e", "100.4: ", "100.5:c"} << "3"
+            << "ice c";
+        QTest::newRow("no match") << QStringList{"5:q"} << "-"
+                                  << "q";
+        QTest::newRow("match already selected") << QStringList{"5:ICE CU"} << "-"
+                                                << "ice cu";
     }
     void typeSelect()
     {
@@ -104,9 +112,10 @@ private slots:
             now = key.section(':', 0, 0).toDouble();
             outcome = select.insertText(key.section(':', 1), items, 4);
         }
-        const QString result = outcome.kind == GRTypeSelect::Outcome::Toggle   ? "toggle"
-                               : outcome.kind == GRTypeSelect::Outcome::Select ? QString::number(outcome.index)
-                                                                               : "-";
+        const QString result = outcome.kind == GRTypeSelect::Outcome::Toggle ? "toggle"
+                               : outcome.kind == GRTypeSelect::Outcome::Select
+                                   ? QString::number(outcome.index)
+                                   : "-";
         QTEST(result, "outcome");
         QTEST(select.typedString(), "buffer");
     }

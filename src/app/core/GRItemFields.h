@@ -13,7 +13,7 @@ class GRGroceryDatabase;
 struct GRItemFields
 {
     QString name;
-    QString aisle;          // the aisle number as typed; empty for none
+    QString aisle;           // the aisle number as typed; empty for none
     qint64 specialAisle = 0; // 1-6 for a special aisle; 0 for a numbered aisle or none
     qint64 categoryIndex = 0;
     qint64 storeIndex = 0;

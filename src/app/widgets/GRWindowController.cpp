@@ -260,7 +260,8 @@ void GRWindowController::setUpMenus()
     for (const auto &[name, slot] : groupCommands)
         connect(action(QLatin1String(name)), &QAction::triggered, m_groups, slot);
 
-    connect(action(QStringLiteral("changeItem")), &QAction::triggered, m_itemCommands, &GRItemCommands::changeItem);
+    connect(action(QStringLiteral("changeItem")), &QAction::triggered, m_itemCommands,
+            &GRItemCommands::changeItem);
     connect(action(QStringLiteral("duplicateItem")), &QAction::triggered, m_itemCommands,
             &GRItemCommands::duplicate);
 

@@ -299,9 +299,15 @@ private slots:
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("removed");
         QTest::addColumn<QString>("next");
-        QTest::newRow("middle") << "Milk,Buttermilk,Cheese" << "Buttermilk" << "Cheese";
-        QTest::newRow("last") << "Milk,Buttermilk,Cheese" << "Cheese" << "Buttermilk";
-        QTest::newRow("only") << "Flour" << "Flour" << "";
+        QTest::newRow("middle") << "Milk,Buttermilk,Cheese"
+                                << "Buttermilk"
+                                << "Cheese";
+        QTest::newRow("last") << "Milk,Buttermilk,Cheese"
+                              << "Cheese"
+                              << "Buttermilk";
+        QTest::newRow("only") << "Flour"
+                              << "Flour"
+                              << "";
     }
     void removeItemSelectsNext()
     {
@@ -324,10 +330,12 @@ private slots:
         const GRItemPtr flour = f().item("Flour");
         flour->setNeedCount(3);
         flour->setAisle(-4);
-        QCOMPARE(E::itemPasteboardText(f().db, flour),
-                 "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<item>\n\t<name>Flour</name>\n\t<category>2</category>\n\t<store>1</store>\n"
-                 "\t<aisle>-4</aisle>\n\t<count>3</count>\n</item>\n");
-        const GRItemPtr copy = E::itemFromPasteboardText(f().db, E::itemPasteboardText(f().db, flour).toUtf8());
+        QCOMPARE(E::itemPasteboardText(f().db, flour), "<?xml version=\"1.0\" "
+                                                       "encoding=\"UTF-8\"?>\n<item>\n\t<name>Flour</"
+                                                       "name>\n\t<category>2</category>\n\t<store>1</store>\n"
+                                                       "\t<aisle>-4</aisle>\n\t<count>3</count>\n</item>\n");
+        const GRItemPtr copy =
+            E::itemFromPasteboardText(f().db, E::itemPasteboardText(f().db, flour).toUtf8());
         QVERIFY(copy && copy->category() == flour->category() && copy->store() == flour->store());
         QCOMPARE(copy->aisle(), -4);
         flour->setStore(GRStore::create());
@@ -336,9 +344,9 @@ private slots:
 
     void itemFields_data()
     {
-        QTest::addColumn<qint64>("aisle");      // the item's
-        QTest::addColumn<QString>("typed");     // into the aisle field; "-" leaves it
-        QTest::addColumn<qint64>("special");    // then chosen; -1 leaves it
+        QTest::addColumn<qint64>("aisle");   // the item's
+        QTest::addColumn<QString>("typed");  // into the aisle field; "-" leaves it
+        QTest::addColumn<qint64>("special"); // then chosen; -1 leaves it
         QTest::addColumn<qint64>("stored");
         QTest::newRow("special aisle read") << qint64(-3) << "-" << qint64(-1) << qint64(-3);
         QTest::newRow("number typed over a special aisle") << qint64(-3) << "12" << qint64(0) << qint64(12);
