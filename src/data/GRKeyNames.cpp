@@ -21,6 +21,13 @@ QString KeyNameAt(qsizetype index)
     return g_defaultKeyNames.at(index);
 }
 
+QStringList CustomKeyNamesAfterOK(const QStringList &custom, const QStringList &edited)
+{
+    if (custom.size() != g_defaultKeyNames.size())
+        return edited;
+    return custom == edited ? QStringList() : edited;
+}
+
 QStringList g_keyStrings;
 
 void BuildKeyStrings()

@@ -2,13 +2,17 @@
 
 #include "GRDatabaseFile.h"
 #include "GRGroceryDatabase.h"
+#include "GRKeyNames.h"
+#include "GRListExport.h"
 #include "GRListText.h"
 #include "GRPrefController.h"
 #include "GRTagKeys.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -45,38 +49,54 @@ void trapDisplayFailure(QtMsgType type, const QMessageLogContext &, const QStrin
 
 GRCommandLine::GRCommandLine(int argc, char *argv[])
 {
-    bool list = false, help = false, version = false;
+    QList<Mode> commands;
     for (int i = 1; i < argc && m_error.isEmpty(); ++i) {
         const QString argument = QString::fromLocal8Bit(argv[i]);
-        if (argument == QLatin1String("--list"))
-            list = true;
-        else if (argument == QLatin1String("--needed"))
+        if (argument == QLatin1String("--list")) {
+            commands << Mode::List;
+        } else if (argument == QLatin1String("--needed")) {
             m_neededOnly = true;
-        else if (argument == QLatin1String("--help") || argument == QLatin1String("-h"))
-            help = true;
-        else if (argument == QLatin1String("--version") || argument == QLatin1String("-v"))
-            version = true;
-        else if (argument.startsWith(u'-'))
+        } else if (argument == QLatin1String("--export-rtf")) {
+            commands << Mode::ExportRtf;
+            if (i + 1 < argc)
+                m_folder = QString::fromLocal8Bit(argv[++i]);
+            if (m_folder.isEmpty())
+                m_error = QStringLiteral("--export-rtf needs a folder");
+        } else if (argument == QLatin1String("--mailto")) {
+            commands << Mode::Mailto;
+        } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            commands << Mode::Help;
+        } else if (argument == QLatin1String("--version") || argument == QLatin1String("-v")) {
+            commands << Mode::Version;
+        } else if (argument.startsWith(u'-')) {
             m_error = QStringLiteral("unknown option '%1'").arg(argument);
-        else
+        } else {
             m_error = QStringLiteral("unexpected argument '%1'").arg(argument);
+        }
     }
-    if (m_error.isEmpty() && m_neededOnly && !list)
-        m_error = QStringLiteral("--needed goes with --list");
+    // Help and version answer whatever else was asked; the other commands go one at a time.
+    if (m_error.isEmpty() && !commands.contains(Mode::Help) && !commands.contains(Mode::Version)) {
+        QList<Mode> distinct = commands;
+        distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+        if (distinct.size() > 1)
+            m_error = QStringLiteral("one command at a time");
+        else if (m_neededOnly && !commands.contains(Mode::List))
+            m_error = QStringLiteral("--needed goes with --list");
+    }
     if (!m_error.isEmpty())
         m_mode = Mode::UsageError;
-    else if (help)
+    else if (commands.contains(Mode::Help))
         m_mode = Mode::Help;
-    else if (version)
+    else if (commands.contains(Mode::Version))
         m_mode = Mode::Version;
-    else if (list)
-        m_mode = Mode::List;
+    else if (!commands.isEmpty())
+        m_mode = commands.first();
 }
 
 QString GRCommandLine::usage()
 {
     return QStringLiteral(
-        "Usage: groceries [--list [--needed]]\n"
+        "Usage: groceries [--list [--needed] | --export-rtf FOLDER | --mailto]\n"
         "\n"
         "Groceries keeps a household's grocery list. Without options it opens the list in a "
         "window.\n"
@@ -84,6 +104,9 @@ QString GRCommandLine::usage()
         "Options:\n"
         "  --list         Print the grocery list to standard output.\n"
         "  --needed       With --list, print only the needed items.\n"
+        "  --export-rtf FOLDER\n"
+        "                 Write the whole list as Groceries.rtf into FOLDER.\n"
+        "  --mailto       Print the mailto: link that e-mails the needed items.\n"
         "  -h, --help     Print this help.\n"
         "  -v, --version  Print the version.\n");
 }
@@ -101,9 +124,11 @@ int GRCommandLine::run(int argc, char *argv[]) const
     case Mode::UsageError:
         writeOut(stderr, QStringLiteral("groceries: %1\n\n").arg(m_error) + usage());
         return 2;
-    case Mode::List: {
+    case Mode::List:
+    case Mode::ExportRtf:
+    case Mode::Mailto: {
         QCoreApplication app(argc, argv);
-        return listGroceries();
+        return runOnDatabase();
     }
     case Mode::Window:
         break;
@@ -111,7 +136,7 @@ int GRCommandLine::run(int argc, char *argv[]) const
     return 2;
 }
 
-int GRCommandLine::listGroceries() const
+int GRCommandLine::runOnDatabase() const
 {
     // Nothing on this path may write the settings.
     GRPrefController::setReadOnly(true);
@@ -134,13 +159,45 @@ int GRCommandLine::listGroceries() const
         writeOut(stderr, message);
         return 1;
     }
-    writeOut(stdout, GroceryListText(database, m_neededOnly));
-    if (report.damaged())
+    const int status = m_mode == Mode::ExportRtf ? exportRtf(database)
+                       : m_mode == Mode::Mailto
+                           ? printMailto(database)
+                           : (writeOut(stdout, GroceryListText(database, m_neededOnly)), 0);
+    if (status == 0 && report.damaged())
         writeOut(stderr, QStringLiteral("groceries: %1 is damaged; only the %2 items before the damage were "
                                         "read (%3)\n")
                              .arg(path)
                              .arg(report.itemCount)
                              .arg(report.error));
+    return status;
+}
+
+int GRCommandLine::exportRtf(GRGroceryDatabase &database) const
+{
+    GRPrefController::sharedInstance(); // reads the user's key names
+    BuildKeyStrings();
+    QString reason;
+    if (GRListExport::exportToFolder(database, m_folder, &reason))
+        return 0;
+    writeOut(stderr,
+             QStringLiteral("groceries: Export failed. I could not export the grocery list to %1 (%2).\n")
+                 .arg(QDir(m_folder).filePath(QLatin1String(GRListExport::FileName)), reason));
+    return 1;
+}
+
+int GRCommandLine::printMailto(const GRGroceryDatabase &database) const
+{
+    if (!GRListExport::hasNeededItems(database)) {
+        writeOut(stderr, QStringLiteral("groceries: No needed items.\n"));
+        return 1;
+    }
+    const QString link = GRListExport::mailtoLink(database, GRPrefController::sharedInstance().emailTarget());
+    if (link.isEmpty()) {
+        writeOut(stderr,
+                 QStringLiteral("groceries: the e-mail address in the preferences makes no valid link\n"));
+        return 1;
+    }
+    writeOut(stdout, link + QLatin1Char('\n'));
     return 0;
 }
 

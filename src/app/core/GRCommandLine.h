@@ -3,10 +3,12 @@
 #include <QString>
 #include <QStringList>
 
-// The program's command line. Without arguments it starts the window; --help, --version and
-// --list [--needed] (the grocery list on standard output) run without one and write nothing to
-// the database, its backup or the settings. Anything else is a usage error: the usage on
-// standard error and status 2.
+class GRGroceryDatabase;
+
+// The program's command line. Without arguments it starts the window; --help, --version,
+// --list [--needed] (the grocery list on standard output), --export-rtf FOLDER and --mailto run
+// without one and write nothing to the database, its backup or the settings. Anything else is a usage error:
+// the usage on standard error and status 2.
 class GRCommandLine
 {
 public:
@@ -16,6 +18,8 @@ public:
         Help,
         Version,
         List,
+        ExportRtf,
+        Mailto,
         UsageError,
     };
 
@@ -23,6 +27,7 @@ public:
 
     Mode mode() const { return m_mode; }
     bool neededOnly() const { return m_neededOnly; }
+    const QString &folder() const { return m_folder; }
     // What was wrong with the arguments, for a usage error.
     const QString &error() const { return m_error; }
 
@@ -40,9 +45,12 @@ public:
                                  const QString &waylandDisplay, QString *why);
 
 private:
-    int listGroceries() const;
+    int runOnDatabase() const;
+    int exportRtf(GRGroceryDatabase &database) const;
+    int printMailto(const GRGroceryDatabase &database) const;
 
     Mode m_mode = Mode::Window;
+    QString m_folder;
     bool m_neededOnly = false;
     QString m_error;
 };

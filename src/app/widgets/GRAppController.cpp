@@ -3,25 +3,33 @@
 #include "GRDatabaseFile.h"
 #include "GRGroupsController.h"
 #include "GRKeyNames.h"
+#include "GRListExport.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
 #include "GRTagKeys.h"
 #include "GRTemplateDialog.h"
 #include "GRWindowController.h"
 #include "GRWindowMenus.h"
+#include "MGAlert.h"
+#include "MGLog.h"
 #include "MGNotificationCenter.h"
 #include "MGUndoManager.h"
 #include "MGXmlDecoder.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDialog>
+#include <QDir>
+#include <QFileDialog>
 #include <QPageSetupDialog>
 #include <QPrinter>
 #include <QSessionManager>
 #include <QSettings>
+#include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -33,6 +41,8 @@ const std::pair<const char *, void (GRAppController::*)()> Commands[] = {
     {"terminate", &GRAppController::terminate},
     {"showPreferences", &GRAppController::showPreferences},
     {"showGroceriesHelp", &GRAppController::showGroceriesHelp},
+    {"exportList", &GRAppController::exportList},
+    {"emailList", &GRAppController::emailList},
 };
 
 } // namespace
@@ -184,6 +194,55 @@ void GRAppController::doPageLayout()
     dialog->open();
 }
 
+void GRAppController::exportList()
+{
+    if (!m_nextExportFolder.isEmpty()) {
+        exportPanelEnded(std::exchange(m_nextExportFolder, QString()));
+        return;
+    }
+    auto *panel = new QFileDialog(m_windowController, tr("Where do you want the export file to go?"));
+    panel->setFileMode(QFileDialog::Directory);
+    panel->setOption(QFileDialog::ShowDirsOnly);
+    panel->setAcceptMode(QFileDialog::AcceptOpen);
+    panel->setLabelText(QFileDialog::Accept, tr("Export"));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setWindowModality(m_windowController ? Qt::WindowModal : Qt::ApplicationModal);
+    connect(panel, &QFileDialog::fileSelected, this, &GRAppController::exportPanelEnded);
+    panel->open();
+}
+
+bool GRAppController::exportPanelEnded(const QString &folder)
+{
+    if (folder.isEmpty())
+        return false;
+    QString reason;
+    const bool written = GRListExport::exportToFolder(m_database, folder, &reason);
+    // The export sorts each category's items; the list on show follows.
+    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification);
+    if (written)
+        return true;
+    MGLog(QStringLiteral("RTF export failed to %1: %2")
+              .arg(QDir(folder).filePath(QLatin1String(GRListExport::FileName)), reason));
+    MGAlert::sharedInstance().giveAlertMessage(
+        QStringLiteral("Export failed."),
+        QStringLiteral("I could not export the grocery list. Please try again to another location."), {});
+    return false;
+}
+
+void GRAppController::emailList()
+{
+    if (!GRListExport::hasNeededItems(m_database)) {
+        MGAlert::sharedInstance().giveAlertMessage(
+            QStringLiteral("No needed items."),
+            QStringLiteral("No items are marked as needed, so the email was not sent."), {});
+        return;
+    }
+    const QString link =
+        GRListExport::mailtoLink(m_database, GRPrefController::sharedInstance().emailTarget());
+    if (!link.isEmpty())
+        QDesktopServices::openUrl(QUrl(link));
+}
+
 void GRAppController::showPreferences()
 {
     // The preferences window is not built yet.
@@ -242,12 +301,12 @@ bool GRAppController::validateMenuItem(const QAction *action) const
     const bool modal = isModalUp();
     const bool sheet = isSheetUp();
     // Not built yet: shown, never enabled.
-    if (name == QLatin1String("showPreferences") || name == QLatin1String("exportList") ||
-        name == QLatin1String("emailList") || name == QLatin1String("showGroceriesHelp"))
+    if (name == QLatin1String("showPreferences") || name == QLatin1String("showGroceriesHelp"))
         return false;
     if (name == QLatin1String("saveDocument"))
         return !modal && !sheet && DatabaseChanged();
-    if (name == QLatin1String("doPageLayout"))
+    if (name == QLatin1String("doPageLayout") || name == QLatin1String("exportList") ||
+        name == QLatin1String("emailList"))
         return !modal && !sheet;
     if (name == QLatin1String("terminate"))
         return !sheet;

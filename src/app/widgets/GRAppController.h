@@ -54,6 +54,14 @@ public:
     // The page set-up dialog over the preferences' page layout; OK writes the layout back.
     void doPageLayout();
     void showPreferences();
+    // Asks for a folder (a sheet on the main window) and writes "Groceries.rtf" into it.
+    void exportList();
+    // Writes the export into folder; on failure logs it and tells the user. False then.
+    bool exportPanelEnded(const QString &folder);
+    // Opens a new message of the needed items in the user's mail program.
+    void emailList();
+    // The next export goes to folder without asking (tests).
+    void setNextExportFolder(const QString &folder) { m_nextExportFolder = folder; }
     // Asks to quit, through applicationShouldTerminate.
     void terminate();
     void showGroceriesHelp();
@@ -88,5 +96,6 @@ private:
     GRSnapshotUndo m_undo;
     QPointer<GRWindowController> m_windowController;
     std::function<int(bool)> m_templateChooser;
+    QString m_nextExportFolder;
     bool m_launched = false;
 };

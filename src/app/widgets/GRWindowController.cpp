@@ -14,10 +14,12 @@
 #include "GRItemListView.h"
 #include "GRKeyLegend.h"
 #include "GRKeyNames.h"
+#include "GRKeysDialog.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
 #include "GRSegmentedControl.h"
 #include "GRStore.h"
+#include "GRStoresDialog.h"
 #include "GRUndoKinds.h"
 #include "GRWindowMenus.h"
 #include "MGAlert.h"
@@ -317,12 +319,16 @@ GRItemDialog *GRWindowController::editItem(const GRItemPtr &item)
 
 void GRWindowController::editKeys()
 {
-    // The keys dialog is not built yet.
+    GRKeysDialog *dialog = GRKeysDialog::editKeys(this);
+    connect(dialog, &GRKeysDialog::keyStringsChanged, this, &GRWindowController::refreshLegend);
 }
 
 void GRWindowController::editStores()
 {
-    // The stores dialog is not built yet.
+    GRStoresDialog *dialog = GRStoresDialog::editStores(m_database, this);
+    connect(dialog, &GRStoresDialog::installStores, this, [this](const QList<GRStorePtr> &stores) {
+        m_groups->installStores(stores, GRUndoDescriptor::Stores);
+    });
 }
 
 void GRWindowController::showAll()

@@ -19,8 +19,6 @@ namespace {
 // Commands whose dialogs or output are not built yet: shown, never enabled.
 const QStringList UnbuiltCommands = {
     QStringLiteral("printGroceries"),
-    QStringLiteral("editKeys"),
-    QStringLiteral("editStores"),
 };
 
 const QStringList AppCommands = {

@@ -6,6 +6,7 @@
 #include "GRTestSupport.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -128,6 +129,44 @@ private slots:
                  QStringList{"Groceries.xml"});
     }
 
+    // The export and the e-mail link from the command line: the same bytes the commands make,
+    // nothing on standard error when they succeed, status 1 with one line when they can't.
+    void exportAndMailto()
+    {
+        QTemporaryDir home;
+        QVERIFY(QDir().mkpath(home.filePath(QStringLiteral("data/Marlowick"))));
+        const QString database = home.filePath(QStringLiteral("data/Marlowick/Groceries.xml"));
+        QVERIFY(GRTestSupport::writeFile(database, s_database));
+        const QString folder = home.filePath(QStringLiteral("out"));
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(GRTestSupport::writeFile(folder + QStringLiteral("/Groceries.rtf"), "old"));
+        QByteArray out, err;
+        QCOMPARE(runProgram({QStringLiteral("--export-rtf"), folder}, home.path(), &out, &err), 0);
+        QVERIFY2(out.isEmpty() && err.isEmpty(), err);
+        const QByteArray rtf = GRTestSupport::readFile(folder + QStringLiteral("/Groceries.rtf"));
+        QVERIFY2(rtf.startsWith("{\\rtf1") && rtf.contains("Rice\\tab Market\\par") &&
+                     rtf.contains("\\u12316?\\tab Beverage\\par"),
+                 rtf);
+        QCOMPARE(GRTestSupport::readFile(database), s_database);
+
+        QCOMPARE(runProgram({QStringLiteral("--export-rtf"), home.filePath(QStringLiteral("none"))},
+                            home.path(), &out, &err),
+                 1);
+        QVERIFY2(err.startsWith("groceries: Export failed.") && err.count('\n') == 1, err);
+
+        QCOMPARE(runProgram({QStringLiteral("--mailto")}, home.path(), &out, &err), 0);
+        QCOMPARE(out, "mailto:?subject=Grocery%20list&body=%283%29%20Milk%0ASalt%0A\n");
+        QVERIFY(err.isEmpty());
+        QByteArray none = s_database;
+        none.replace("<need>1</need>", "");
+        QVERIFY(GRTestSupport::writeFile(database, none));
+        QCOMPARE(runProgram({QStringLiteral("--mailto")}, home.path(), &out, &err), 1);
+        QCOMPARE(err, "groceries: No needed items.\n");
+        QCOMPARE(QDir(home.filePath(QStringLiteral("data/Marlowick"))).entryList(QDir::Files),
+                 QStringList{"Groceries.xml"});
+        QVERIFY(!QFileInfo::exists(home.filePath(QStringLiteral("config"))));
+    }
+
     void displays_data()
     {
         QTest::addColumn<QString>("platforms");
@@ -175,6 +214,10 @@ private slots:
             << QStringList{"extra"} << "" << 2 << QByteArray("groceries: unexpected argument 'extra'");
         QTest::newRow("needed alone")
             << QStringList{"--needed"} << "" << 2 << QByteArray("groceries: --needed goes with --list");
+        QTest::newRow("export without a folder")
+            << QStringList{"--export-rtf"} << "" << 2 << QByteArray("groceries: --export-rtf needs a folder");
+        QTest::newRow("two commands")
+            << QStringList{"--mailto", "--list"} << "" << 2 << QByteArray("groceries: one command at a time");
         QTest::newRow("no display") << QStringList() << "" << 1
                                     << QByteArray(
                                            "groceries: can't open a window: no display (DISPLAY is not set)");
@@ -194,7 +237,9 @@ private slots:
         QVERIFY(out.isEmpty());
         QCOMPARE(err.split('\n').first(), first);
         if (status == 2)
-            QVERIFY2(err.contains("\nUsage: groceries [--list [--needed]]\n"), err);
+            QVERIFY2(
+                err.contains("\nUsage: groceries [--list [--needed] | --export-rtf FOLDER | --mailto]\n"),
+                err);
         else
             QCOMPARE(err.count('\n'), 1);
         QCOMPARE(QDir(home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());

@@ -1,23 +1,41 @@
 #include "GRAppController.h"
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRGroceryEdits.h"
 #include "GRGroupsController.h"
+#include "GRPrefController.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
 #include "GRTestSupport.h"
 #include "GRWindowController.h"
+#include "MGAlert.h"
 #include "MGNotificationCenter.h"
 #include "MGXmlDecoder.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QDir>
 #include <QSettings>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 using TS = GRTestSupport;
+
+// Stands in for the user's mail program.
+class MailCatcher : public QObject
+{
+    Q_OBJECT
+public:
+    explicit MailCatcher(QList<QUrl> *opened) : m_opened(opened) {}
+public slots:
+    void open(const QUrl &url) { m_opened->append(url); }
+
+private:
+    QList<QUrl> *m_opened;
+};
 
 class TestAppController : public QObject
 {
@@ -81,6 +99,38 @@ private slots:
         QVERIFY(!window->isWindowModified());
         QVERIFY(app.applicationShouldTerminate());
         delete window;
+    }
+
+    // The application's list commands: the e-mail link reaches the mail handler, nothing needed
+    // says so; the export goes to the chosen folder, a folder that can't be written says so.
+    void emailAndExport()
+    {
+        GRAppController &app = GRAppController::sharedInstance();
+        TS::resetState();
+        app.database().clear();
+        QVERIFY(ReadModernDatabaseData(TS::sampleDatabase(), app.database()));
+        GRPrefController::sharedInstance().setEmailTarget("sam@example.org");
+        QList<QUrl> opened;
+        MailCatcher catcher(&opened);
+        QDesktopServices::setUrlHandler("mailto", &catcher, "open");
+        app.emailList();
+        QCOMPARE(opened,
+                 QList<QUrl>{QUrl("mailto:sam@example.org?subject=Grocery%20list&body=Apples%0AMilk%0A")});
+        GRGroceryEdits::clearChecks(app.database());
+        app.emailList();
+        QCOMPARE(opened.size(), 1);
+        QCOMPARE(MGAlert::sharedInstance().shownAlerts().last().message, "No needed items.");
+        QDesktopServices::unsetUrlHandler("mailto");
+
+        QTemporaryDir dir;
+        app.setNextExportFolder(dir.path());
+        app.exportList();
+        QVERIFY(TS::readFile(dir.filePath("Groceries.rtf")).contains("Buttermilk\\tab Bakery Bros\\par"));
+        app.setNextExportFolder(dir.filePath("gone"));
+        GRLogCapture log;
+        app.exportList();
+        QCOMPARE(MGAlert::sharedInstance().shownAlerts().last().message, "Export failed.");
+        QVERIFY(log.contains("RTF export failed to " + dir.filePath("gone/Groceries.rtf")));
     }
 };
 
