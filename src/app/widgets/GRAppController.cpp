@@ -6,6 +6,7 @@
 #include "GRListExport.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
+#include "GRPreferencesWindow.h"
 #include "GRTagKeys.h"
 #include "GRTemplateDialog.h"
 #include "GRWindowController.h"
@@ -146,6 +147,7 @@ bool GRAppController::applicationShouldTerminate()
 void GRAppController::applicationWillTerminate()
 {
     GRPrefController::sharedInstance().savePreferences();
+    delete m_preferences; // a window of its own, not owned by the main window
 }
 
 bool GRAppController::commitData(bool allowsInteraction)
@@ -245,7 +247,15 @@ void GRAppController::emailList()
 
 void GRAppController::showPreferences()
 {
-    // The preferences window is not built yet.
+    if (!m_preferences) {
+        m_preferences = new GRPreferencesWindow(m_database);
+        m_preferences->setAttribute(Qt::WA_QuitOnClose, false);
+        connect(m_preferences, &GRPreferencesWindow::showKeysChanged, this, [this] {
+            if (m_windowController)
+                m_windowController->toggleKeys(m_windowController);
+        });
+    }
+    m_preferences->showPreferences();
 }
 
 void GRAppController::terminate()
@@ -301,8 +311,10 @@ bool GRAppController::validateMenuItem(const QAction *action) const
     const bool modal = isModalUp();
     const bool sheet = isSheetUp();
     // Not built yet: shown, never enabled.
-    if (name == QLatin1String("showPreferences") || name == QLatin1String("showGroceriesHelp"))
+    if (name == QLatin1String("showGroceriesHelp"))
         return false;
+    if (name == QLatin1String("showPreferences"))
+        return !modal;
     if (name == QLatin1String("saveDocument"))
         return !modal && !sheet && DatabaseChanged();
     if (name == QLatin1String("doPageLayout") || name == QLatin1String("exportList") ||

@@ -12,6 +12,7 @@
 
 #include <functional>
 
+class GRPreferencesWindow;
 class GRWindowController;
 class QAction;
 
@@ -95,6 +96,7 @@ private:
     QList<GRItemPtr> m_displayItems;
     GRSnapshotUndo m_undo;
     QPointer<GRWindowController> m_windowController;
+    QPointer<GRPreferencesWindow> m_preferences;
     std::function<int(bool)> m_templateChooser;
     QString m_nextExportFolder;
     bool m_launched = false;

@@ -68,8 +68,11 @@ GRWindowController::GRWindowController(GRGroceryDatabase &database, QList<GRItem
     center.addObserver(GRFontNotification, this, [this](const QVariantMap &) { keepOneItemRow(); });
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &GRWindowController::updateMenus);
     connect(qApp, &QApplication::focusChanged, this, &GRWindowController::scheduleMenuUpdate);
-    connect(&GRPrefController::sharedInstance(), &GRPrefController::markWindowEdited, this,
-            &GRWindowController::updateEditedMark);
+    // A preference change shows the mark even when it alone brings no save question (columns).
+    connect(&GRPrefController::sharedInstance(), &GRPrefController::markWindowEdited, this, [this] {
+        setWindowModified(true);
+        scheduleMenuUpdate();
+    });
 
     m_groups->model()->reload();
     m_groups->changeListDisplay();
