@@ -241,8 +241,15 @@ void GRAppController::emailList()
     }
     const QString link =
         GRListExport::mailtoLink(m_database, GRPrefController::sharedInstance().emailTarget());
-    if (!link.isEmpty())
-        QDesktopServices::openUrl(QUrl(link));
+    if (link.isEmpty() || QDesktopServices::openUrl(QUrl(link)))
+        return;
+    MGLog(QStringLiteral("No program opened the e-mail link %1").arg(link));
+    MGAlert::sharedInstance().giveAlertMessage(
+        QStringLiteral("The e-mail could not be started."),
+        QStringLiteral(
+            "No mail program answered. Choose a default e-mail program in your desktop's settings, "
+            "then try again."),
+        {});
 }
 
 void GRAppController::showPreferences()
