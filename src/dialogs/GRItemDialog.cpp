@@ -6,6 +6,7 @@
 #include "GRItem.h"
 #include "GRKeyNames.h"
 #include "GRNames.h"
+#include "GRRedoItems.h"
 #include "GRStore.h"
 #include "MGNotificationCenter.h"
 #include "ui_EditItem.h"
@@ -127,9 +128,9 @@ bool GRItemDialog::handleOK()
                     m_fields.category(m_database)))
         return false;
     m_item = m_fields.apply(m_database, m_displayItems, m_item);
-    const QVariantMap userInfo{{GRItemKey, QVariant::fromValue(m_item)}};
-    MGNotificationCenter::defaultCenter().post(GRGroupNotification, userInfo);
-    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification, userInfo);
+    MGNotificationCenter::defaultCenter().post(GRGroupNotification,
+                                               {{GRItemKey, QVariant::fromValue(m_item)}});
+    PostRedoItems(m_item);
     done(QDialog::Accepted);
     return true;
 }

@@ -29,11 +29,8 @@ GRKeysDialog::GRKeysDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_un
         labels[i]->setText(keyCharacters().at(i));
         labels[i]->setFont(markFont);
         labels[i]->setBuddy(m_fields[i]);
-        connect(m_fields[i], &QLineEdit::textEdited, this, [this, i](const QString &text) {
-            if (m_keys.isEmpty())
-                reset();
-            m_keys[i] = text;
-        });
+        connect(m_fields[i], &QLineEdit::textEdited, this,
+                [this, i](const QString &text) { m_keys[i] = text; });
     }
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &GRKeysDialog::ok);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &GRKeysDialog::cancel);

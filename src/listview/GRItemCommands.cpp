@@ -7,6 +7,7 @@
 #include "GRItemListView.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
+#include "GRRedoItems.h"
 #include "GRStore.h"
 #include "GRUndoKinds.h"
 #include "MGAlert.h"
@@ -148,14 +149,6 @@ GRItemPtr GRItemCommands::selectedItem() const
     return m_displayItems.value(qsizetype(m_view->selectedItem()));
 }
 
-void GRItemCommands::postRedoItems(const GRItemPtr &item)
-{
-    QVariantMap userInfo;
-    if (item)
-        userInfo.insert(GRItemKey, QVariant::fromValue(item));
-    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification, userInfo);
-}
-
 void GRItemCommands::changeItem()
 {
     if (const GRItemPtr item = selectedItem())
@@ -202,7 +195,7 @@ void GRItemCommands::deleteItem(DeleteSender sender)
             m_view->invalidateItem(m_view->selectedItem());
         return;
     }
-    postRedoItems(GRGroceryEdits::removeItem(m_displayItems, item));
+    PostRedoItems(GRGroceryEdits::removeItem(m_displayItems, item));
 }
 
 void GRItemCommands::duplicate()
@@ -210,7 +203,7 @@ void GRItemCommands::duplicate()
     const GRItemPtr item = selectedItem();
     if (!item || !RecordUndo(GRUndoAction::Category, GRUndoDescriptor::Duplicate, item->category()))
         return;
-    postRedoItems(GRGroceryEdits::duplicateItem(m_displayItems, item));
+    PostRedoItems(GRGroceryEdits::duplicateItem(m_displayItems, item));
 }
 
 void GRItemCommands::setStoreCore(qint64 index)

@@ -60,7 +60,6 @@ signals:
 
 private:
     QAction *addEntry(const QString &name, const QString &title, const QString &keyHint);
-    void postRedoItems(const GRItemPtr &item);
 
     QPointer<GRItemListView> m_view;
     GRGroceryDatabase &m_database;

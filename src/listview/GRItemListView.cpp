@@ -415,29 +415,32 @@ void GRItemListView::selectAndShow(quint64 index)
     showSelectedItem();
 }
 
+void GRItemListView::move(quint64 (GRItemNavigation::*step)(quint64) const)
+{
+    if (itemCount() == 0)
+        return;
+    const GRItemNavigation grid(quint64(itemCount()), rowCount(), columnCount());
+    selectAndShow((grid.*step)(m_selectedItem));
+}
+
 void GRItemListView::moveUp()
 {
-    if (itemCount() > 0)
-        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).up(m_selectedItem));
+    move(&GRItemNavigation::up);
 }
 
 void GRItemListView::moveDown()
 {
-    if (itemCount() > 0)
-        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).down(m_selectedItem));
+    move(&GRItemNavigation::down);
 }
 
 void GRItemListView::moveLeft()
 {
-    if (itemCount() > 0)
-        selectAndShow(GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).left(m_selectedItem));
+    move(&GRItemNavigation::left);
 }
 
 void GRItemListView::moveRight()
 {
-    if (itemCount() > 0)
-        selectAndShow(
-            GRItemNavigation(quint64(itemCount()), rowCount(), columnCount()).right(m_selectedItem));
+    move(&GRItemNavigation::right);
 }
 
 void GRItemListView::scrollToBeginningOfDocument()

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 
+class GRItemNavigation;
 class MGDragPasteboard;
 class QDrag;
 
@@ -130,6 +131,7 @@ private:
     void watchEnclosingView();
     void mouseDown(QMouseEvent *event, int clickCount);
     void selectAndShow(quint64 index);
+    void move(quint64 (GRItemNavigation::*step)(quint64) const);
     void startDrag(QPointF start);
     void popUpContextMenu(QPointF point);
     // Tells assistive technology about the cell at index.

@@ -2,6 +2,7 @@
 
 #include "GRDatabaseFile.h"
 #include "GRGroceryDatabase.h"
+#include "GRGroceryQueries.h"
 #include "GRKeyNames.h"
 #include "GRListExport.h"
 #include "GRListText.h"
@@ -187,7 +188,7 @@ int GRCommandLine::exportRtf(GRGroceryDatabase &database) const
 
 int GRCommandLine::printMailto(const GRGroceryDatabase &database) const
 {
-    if (!GRListExport::hasNeededItems(database)) {
+    if (GRGroceryQueries::neededItems(database).isEmpty()) {
         writeOut(stderr, QStringLiteral("groceries: No needed items.\n"));
         return 1;
     }

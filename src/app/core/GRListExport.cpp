@@ -2,6 +2,7 @@
 
 #include "GRCategory.h"
 #include "GRGroceryDatabase.h"
+#include "GRGroceryQueries.h"
 #include "GRItem.h"
 #include "GRKeyNames.h"
 #include "GRNameSorter.h"
@@ -63,26 +64,9 @@ bool GRListExport::exportToFolder(GRGroceryDatabase &database, const QString &fo
     return false;
 }
 
-bool GRListExport::hasNeededItems(const GRGroceryDatabase &database)
-{
-    for (const GRCategoryPtr &category : database.categories()) {
-        for (const GRItemPtr &item : category->items()) {
-            if (item->isNeeded())
-                return true;
-        }
-    }
-    return false;
-}
-
 QString GRListExport::neededItemsText(const GRGroceryDatabase &database)
 {
-    QList<GRItemPtr> needed;
-    for (const GRCategoryPtr &category : database.categories()) {
-        for (const GRItemPtr &item : category->items()) {
-            if (item->isNeeded())
-                needed.append(item);
-        }
-    }
+    QList<GRItemPtr> needed = GRGroceryQueries::neededItems(database);
     std::stable_sort(needed.begin(), needed.end(), [](const GRItemPtr &a, const GRItemPtr &b) {
         return QString::compare(a->name(), b->name()) < 0;
     });
@@ -98,7 +82,7 @@ QString GRListExport::neededItemsText(const GRGroceryDatabase &database)
 
 QString GRListExport::mailtoLink(const GRGroceryDatabase &database, const QString &address)
 {
-    if (!hasNeededItems(database))
+    if (GRGroceryQueries::neededItems(database).isEmpty())
         return {};
     const QString body = neededItemsText(database);
     const QStringList addresses = address.isEmpty() ? QStringList() : QStringList{address};

@@ -19,7 +19,6 @@ public:
     // the reason in error, when it could not be written.
     static bool exportToFolder(GRGroceryDatabase &database, const QString &folder, QString *error);
 
-    static bool hasNeededItems(const GRGroceryDatabase &database);
     // The body of the e-mail: the needed items' display names, sorted by name (case matters), a
     // name right after the same name left out.
     static QString neededItemsText(const GRGroceryDatabase &database);

@@ -1,4 +1,5 @@
 #include "GRSnapshotUndo.h"
+#include "GRRedoItems.h"
 
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
@@ -141,8 +142,8 @@ bool GRSnapshotUndo::undoOrRedo(quint32 &action, quint32 descriptor, std::any &d
     record->selection = remembered;
     m_displayItems = record->displayed;
     record->displayed = shown;
+    PostRedoItems();
     MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
-    center.post(GRRedoItemsNotification);
     center.post(GRUpdateCatsNotification);
     center.post(GRUpdateStoresNotification);
 

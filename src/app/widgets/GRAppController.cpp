@@ -1,12 +1,14 @@
 #include "GRAppController.h"
 
 #include "GRDatabaseFile.h"
+#include "GRGroceryQueries.h"
 #include "GRGroupsController.h"
 #include "GRKeyNames.h"
 #include "GRListExport.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
 #include "GRPreferencesWindow.h"
+#include "GRRedoItems.h"
 #include "GRTagKeys.h"
 #include "GRTemplateDialog.h"
 #include "GRWindowController.h"
@@ -220,7 +222,7 @@ bool GRAppController::exportPanelEnded(const QString &folder)
     QString reason;
     const bool written = GRListExport::exportToFolder(m_database, folder, &reason);
     // The export sorts each category's items; the list on show follows.
-    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification);
+    PostRedoItems();
     if (written)
         return true;
     MGLog(QStringLiteral("RTF export failed to %1: %2")
@@ -233,7 +235,7 @@ bool GRAppController::exportPanelEnded(const QString &folder)
 
 void GRAppController::emailList()
 {
-    if (!GRListExport::hasNeededItems(m_database)) {
+    if (GRGroceryQueries::neededItems(m_database).isEmpty()) {
         MGAlert::sharedInstance().giveAlertMessage(
             QStringLiteral("No needed items."),
             QStringLiteral("No items are marked as needed, so the email was not sent."), {});

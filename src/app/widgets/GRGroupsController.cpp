@@ -8,6 +8,7 @@
 #include "GRItem.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
+#include "GRRedoItems.h"
 #include "GRSegmentedControl.h"
 #include "GRStore.h"
 #include "GRUndoKinds.h"
@@ -145,7 +146,7 @@ void GRGroupsController::tableViewSelectionDidChange()
     if (row < 0)
         return;
     m_displayItems = GRGroceryQueries::itemsOfGroup(m_database, isStoreMode(), row);
-    postRedoItems();
+    PostRedoItems();
 }
 
 void GRGroupsController::reloadCategories(const QVariantMap &userInfo)
@@ -192,14 +193,6 @@ void GRGroupsController::selectGroup(const QVariantMap &userInfo)
     }
 }
 
-void GRGroupsController::postRedoItems(const GRItemPtr &item)
-{
-    QVariantMap userInfo;
-    if (item)
-        userInfo.insert(GRItemKey, QVariant::fromValue(item));
-    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification, userInfo);
-}
-
 void GRGroupsController::setObjectValue(const QString &name, qint64 row)
 {
     if (name.isEmpty())
@@ -224,7 +217,7 @@ bool GRGroupsController::installStores(const QList<GRStorePtr> &stores, GRUndoDe
     if (stores.isEmpty() || !stores.first() || !RecordUndo(GRUndoAction::CategoriesAndStores, descriptor))
         return false;
     GRGroceryEdits::installNewStores(m_database, stores);
-    MGNotificationCenter::defaultCenter().post(GRRedoItemsNotification);
+    PostRedoItems();
     MGNotificationCenter::defaultCenter().post(GRUpdateStoresNotification);
     return true;
 }
@@ -248,7 +241,7 @@ bool GRGroupsController::acceptDrop(qint64 itemIndex, qint64 row)
         GRGroceryEdits::moveItem(item, target);
     }
     m_displayItems.removeAll(item);
-    postRedoItems();
+    PostRedoItems();
     emit groupsChanged();
     return true;
 }

@@ -60,7 +60,6 @@ public:
     bool installStores(const QList<GRStorePtr> &stores, GRUndoDescriptor descriptor);
 
     // "mwgroceries.redoItems", with the item to select when there is one.
-    static void postRedoItems(const GRItemPtr &item = nullptr);
 
 signals:
     void storeModeChanged(bool storeMode);

@@ -1,4 +1,5 @@
 #include "GRWindowController.h"
+#include "GRRedoItems.h"
 
 #include "GRCategory.h"
 #include "GRControlBar.h"
@@ -243,7 +244,7 @@ void GRWindowController::setUpToolbar()
 
 void GRWindowController::setUpMenus()
 {
-    m_menus = new GRWindowMenus(*this, m_database, m_displayItems);
+    m_menus = new GRWindowMenus(*this, m_database);
     const std::pair<const char *, void (GRWindowController::*)()> commands[] = {
         {"printGroceries", &GRWindowController::printGroceries},
         {"undoEdit", &GRWindowController::undoEdit},
@@ -301,7 +302,7 @@ void GRWindowController::setUpMenus()
 void GRWindowController::showItems(const QList<GRItemPtr> &items)
 {
     m_displayItems = items;
-    GRGroupsController::postRedoItems();
+    PostRedoItems();
     m_groups->deselectAll();
     updateMenus();
 }
@@ -349,7 +350,7 @@ void GRWindowController::resetChecks()
     if (!RecordUndo(GRUndoAction::Categories, GRUndoDescriptor::ClearAllCheckmarks))
         return;
     GRGroceryEdits::clearChecks(m_database);
-    GRGroupsController::postRedoItems();
+    PostRedoItems();
     updateMenus();
 }
 
@@ -382,7 +383,7 @@ void GRWindowController::paste()
         return;
     GRGroceryEdits::insertItem(target, item);
     m_displayItems.append(item);
-    GRGroupsController::postRedoItems(item);
+    PostRedoItems(item);
     updateMenus();
 }
 

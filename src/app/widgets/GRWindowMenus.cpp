@@ -49,9 +49,8 @@ bool clipboardHas(const QString &format)
 
 } // namespace
 
-GRWindowMenus::GRWindowMenus(GRWindowController &window, const GRGroceryDatabase &database,
-                             const QList<GRItemPtr> &displayItems)
-    : QObject(&window), m_window(window), m_database(database), m_displayItems(displayItems)
+GRWindowMenus::GRWindowMenus(GRWindowController &window, const GRGroceryDatabase &database)
+    : QObject(&window), m_window(window), m_database(database)
 {
     for (QAction *menuAction : window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
         if (!menuAction->objectName().isEmpty())
@@ -122,15 +121,17 @@ bool GRWindowMenus::validateMenuItem(QAction *menuAction) const
     const bool itemListFocused = focus && focus == m_window.itemList();
     if (name == QLatin1String("renameCategory"))
         return row >= 0;
-    if (name == QLatin1String("changeItem") || name == QLatin1String("duplicateItem"))
-        return !m_displayItems.isEmpty();
+    if (name == QLatin1String("changeItem"))
+        return m_window.itemCommands()->validateMenuItem(name);
+    if (name == QLatin1String("duplicateItem"))
+        return m_window.itemCommands()->validateMenuItem(QStringLiteral("duplicate"));
     if (name == QLatin1String("addItem"))
         return !m_database.categories().isEmpty();
     if (name == QLatin1String("deleteSelection")) {
         if (line)
             return line->hasSelectedText() && !line->isReadOnly();
         if (itemListFocused)
-            return !m_displayItems.isEmpty();
+            return m_window.itemCommands()->validateMenuItem(QStringLiteral("delete"));
         return m_window.groups()->canDeleteSelection();
     }
     if (name == QLatin1String("paste")) {
@@ -148,7 +149,7 @@ bool GRWindowMenus::validateMenuItem(QAction *menuAction) const
     if (name == QLatin1String("cut") || name == QLatin1String("copy")) {
         if (line)
             return line->hasSelectedText() && (name == QLatin1String("copy") || !line->isReadOnly());
-        return itemListFocused && !m_displayItems.isEmpty();
+        return itemListFocused && m_window.itemCommands()->validateMenuItem(name);
     }
     if (name == QLatin1String("selectAll"))
         return line != nullptr;

@@ -17,8 +17,7 @@ class GRWindowMenus : public QObject
     Q_OBJECT
 
 public:
-    GRWindowMenus(GRWindowController &window, const GRGroceryDatabase &database,
-                  const QList<GRItemPtr> &displayItems);
+    GRWindowMenus(GRWindowController &window, const GRGroceryDatabase &database);
 
     QAction *action(const QString &name) const { return m_actions.value(name); }
     const QHash<QString, QAction *> &actions() const { return m_actions; }
@@ -37,6 +36,5 @@ public:
 private:
     GRWindowController &m_window;
     const GRGroceryDatabase &m_database;
-    const QList<GRItemPtr> &m_displayItems;
     QHash<QString, QAction *> m_actions;
 };
