@@ -7,9 +7,12 @@
 #include "GRListExport.h"
 #include "GRListText.h"
 #include "GRPrefController.h"
+#include "GRPrintView.h"
+#include "GRStore.h"
 #include "GRTagKeys.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -65,6 +68,20 @@ GRCommandLine::GRCommandLine(int argc, char *argv[])
                 m_error = QStringLiteral("--export-rtf needs a folder");
         } else if (argument == QLatin1String("--mailto")) {
             commands << Mode::Mailto;
+        } else if (argument == QLatin1String("--print-pdf")) {
+            commands << Mode::PrintPdf;
+            if (i + 1 < argc)
+                m_folder = QString::fromLocal8Bit(argv[++i]);
+            if (m_folder.isEmpty())
+                m_error = QStringLiteral("--print-pdf needs a file");
+        } else if (argument == QLatin1String("--scope")) {
+            if (i + 1 < argc)
+                m_scope = QString::fromLocal8Bit(argv[++i]);
+            if (m_scope != QLatin1String("entire") && m_scope != QLatin1String("needed") &&
+                !(m_scope.startsWith(QLatin1String("store=")) && m_scope.size() > 6))
+                m_error = QStringLiteral("--scope takes entire, needed or store=NAME");
+        } else if (argument == QLatin1String("--ignore-page-starts")) {
+            m_ignorePageStarts = true;
         } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
             commands << Mode::Help;
         } else if (argument == QLatin1String("--version") || argument == QLatin1String("-v")) {
@@ -83,6 +100,8 @@ GRCommandLine::GRCommandLine(int argc, char *argv[])
             m_error = QStringLiteral("one command at a time");
         else if (m_neededOnly && !commands.contains(Mode::List))
             m_error = QStringLiteral("--needed goes with --list");
+        else if ((!m_scope.isEmpty() || m_ignorePageStarts) && !commands.contains(Mode::PrintPdf))
+            m_error = QStringLiteral("--scope and --ignore-page-starts go with --print-pdf");
     }
     if (!m_error.isEmpty())
         m_mode = Mode::UsageError;
@@ -97,7 +116,8 @@ GRCommandLine::GRCommandLine(int argc, char *argv[])
 QString GRCommandLine::usage()
 {
     return QStringLiteral(
-        "Usage: groceries [--list [--needed] | --export-rtf FOLDER | --mailto]\n"
+        "Usage: groceries [--list [--needed] | --export-rtf FOLDER | --mailto |\n"
+        "                  --print-pdf FILE [--scope entire|needed|store=NAME] [--ignore-page-starts]]\n"
         "\n"
         "Groceries keeps a household's grocery list. Without options it opens the list in a "
         "window.\n"
@@ -108,6 +128,14 @@ QString GRCommandLine::usage()
         "  --export-rtf FOLDER\n"
         "                 Write the whole list as Groceries.rtf into FOLDER.\n"
         "  --mailto       Print the mailto: link that e-mails the needed items.\n"
+        "  --print-pdf FILE\n"
+        "                 Write the printed list to FILE as PDF, with the saved print font,\n"
+        "                 columns and page set-up.\n"
+        "  --scope entire|needed|store=NAME\n"
+        "                 With --print-pdf, print the entire list, the needed items only, or\n"
+        "                 the store named NAME (default: the scope chosen when last printing).\n"
+        "  --ignore-page-starts\n"
+        "                 With --print-pdf, let stores that start a new page run on.\n"
         "  -h, --help     Print this help.\n"
         "  -v, --version  Print the version.\n");
 }
@@ -129,6 +157,12 @@ int GRCommandLine::run(int argc, char *argv[]) const
     case Mode::ExportRtf:
     case Mode::Mailto: {
         QCoreApplication app(argc, argv);
+        return runOnDatabase();
+    }
+    case Mode::PrintPdf: {
+        // Drawing pages needs fonts, never a display.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        QGuiApplication app(argc, argv);
         return runOnDatabase();
     }
     case Mode::Window:
@@ -160,10 +194,15 @@ int GRCommandLine::runOnDatabase() const
         writeOut(stderr, message);
         return 1;
     }
-    const int status = m_mode == Mode::ExportRtf ? exportRtf(database)
-                       : m_mode == Mode::Mailto
-                           ? printMailto(database)
-                           : (writeOut(stdout, GroceryListText(database, m_neededOnly)), 0);
+    int status = 0;
+    if (m_mode == Mode::ExportRtf)
+        status = exportRtf(database);
+    else if (m_mode == Mode::Mailto)
+        status = printMailto(database);
+    else if (m_mode == Mode::PrintPdf)
+        status = printPdf(database);
+    else
+        writeOut(stdout, GroceryListText(database, m_neededOnly));
     if (status == 0 && report.damaged())
         writeOut(stderr, QStringLiteral("groceries: %1 is damaged; only the %2 items before the damage were "
                                         "read (%3)\n")
@@ -200,6 +239,43 @@ int GRCommandLine::printMailto(const GRGroceryDatabase &database) const
     }
     writeOut(stdout, link + QLatin1Char('\n'));
     return 0;
+}
+
+int GRCommandLine::printPdf(GRGroceryDatabase &database) const
+{
+    GRPrefController &preferences = GRPrefController::sharedInstance();
+    BuildKeyStrings();
+    database.updateCategoryOrder(); // as the window does when it opens the list
+    auto scope = GRPrintScope(preferences.printScope());
+    QString storeGuid = preferences.printStoreGuid();
+    if (m_scope == QLatin1String("entire")) {
+        scope = GRPrintScope::EntireList;
+    } else if (m_scope == QLatin1String("needed")) {
+        scope = GRPrintScope::NeededItems;
+    } else if (!m_scope.isEmpty()) {
+        const QString name = m_scope.mid(6);
+        const auto found = std::find_if(database.stores().cbegin(), database.stores().cend(),
+                                        [&name](const GRStorePtr &store) { return store->name() == name; });
+        if (found == database.stores().cend()) {
+            writeOut(stderr, QStringLiteral("groceries: there is no store named \"%1\"\n").arg(name));
+            return 1;
+        }
+        scope = GRPrintScope::OneStore;
+        storeGuid = (*found)->guid();
+    } else if (scope == GRPrintScope::OneStore && !database.storeForGuid(storeGuid) &&
+               !database.stores().isEmpty()) {
+        // The store last printed is not remembered between runs; the print window then offers the first.
+        storeGuid = database.stores().first()->guid();
+    }
+
+    GRPrintView view(database);
+    view.setScope(scope, storeGuid, m_ignorePageStarts || preferences.ignorePageStarts());
+    view.setPrintFont(preferences.printFont());
+    QString reason;
+    if (view.writePdf(m_folder, preferences.printInfo().pageLayout(), preferences.printInfo().scale(), &reason))
+        return 0;
+    writeOut(stderr, QStringLiteral("groceries: could not write %1 (%2)\n").arg(m_folder, reason));
+    return 1;
 }
 
 bool GRCommandLine::displayReachable(const QStringList &platforms, const QString &display,

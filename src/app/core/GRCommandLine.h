@@ -6,8 +6,8 @@
 class GRGroceryDatabase;
 
 // The program's command line. Without arguments it starts the window; --help, --version,
-// --list [--needed] (the grocery list on standard output), --export-rtf FOLDER and --mailto run
-// without one and write nothing to the database, its backup or the settings. Anything else is a usage error:
+// --list [--needed] (the grocery list on standard output), --export-rtf FOLDER, --mailto and
+// --print-pdf FILE [--scope entire|needed|store=NAME] [--ignore-page-starts] run without one and write nothing to the database, its backup or the settings. Anything else is a usage error:
 // the usage on standard error and status 2.
 class GRCommandLine
 {
@@ -20,6 +20,7 @@ public:
         List,
         ExportRtf,
         Mailto,
+        PrintPdf,
         UsageError,
     };
 
@@ -27,7 +28,11 @@ public:
 
     Mode mode() const { return m_mode; }
     bool neededOnly() const { return m_neededOnly; }
+    // The folder of --export-rtf, the file of --print-pdf.
     const QString &folder() const { return m_folder; }
+    // --scope's value, empty when not given.
+    const QString &scope() const { return m_scope; }
+    bool ignorePageStarts() const { return m_ignorePageStarts; }
     // What was wrong with the arguments, for a usage error.
     const QString &error() const { return m_error; }
 
@@ -48,9 +53,12 @@ private:
     int runOnDatabase() const;
     int exportRtf(GRGroceryDatabase &database) const;
     int printMailto(const GRGroceryDatabase &database) const;
+    int printPdf(GRGroceryDatabase &database) const;
 
     Mode m_mode = Mode::Window;
     QString m_folder;
     bool m_neededOnly = false;
+    QString m_scope;
+    bool m_ignorePageStarts = false;
     QString m_error;
 };
