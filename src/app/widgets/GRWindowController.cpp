@@ -18,6 +18,7 @@
 #include "GRKeysDialog.h"
 #include "GRNames.h"
 #include "GRPrefController.h"
+#include "GRPrintPreviewWindow.h"
 #include "GRSegmentedControl.h"
 #include "GRStore.h"
 #include "GRStoresDialog.h"
@@ -389,7 +390,7 @@ void GRWindowController::paste()
 
 void GRWindowController::printGroceries()
 {
-    // Printing is not built yet.
+    GRPrintPreviewWindow::printGroceries(m_database, GRPrefController::sharedInstance(), this);
 }
 
 void GRWindowController::undoEdit()

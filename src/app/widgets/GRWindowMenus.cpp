@@ -16,11 +16,6 @@
 
 namespace {
 
-// Commands whose dialogs or output are not built yet: shown, never enabled.
-const QStringList UnbuiltCommands = {
-    QStringLiteral("printGroceries"),
-};
-
 const QStringList AppCommands = {
     QStringLiteral("saveDocument"),      QStringLiteral("doPageLayout"), QStringLiteral("exportList"),
     QStringLiteral("emailList"),         QStringLiteral("terminate"),    QStringLiteral("showPreferences"),
@@ -113,8 +108,6 @@ bool GRWindowMenus::validateMenuItem(QAction *menuAction) const
     if (!menuAction)
         return false;
     const QString name = menuAction->objectName();
-    if (UnbuiltCommands.contains(name))
-        return false;
     const qint64 row = m_window.groups()->selectedRow();
     QWidget *focus = QApplication::focusWidget();
     QLineEdit *line = qobject_cast<QLineEdit *>(focus);
