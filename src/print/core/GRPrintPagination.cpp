@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
 
 namespace {
@@ -235,9 +236,9 @@ void GRPrintPagination::layoutPage(qsizetype pageIndex)
         if (breakAt < 0)
             return;
         QList<GRPrintItem> &page = m_pages[pageIndex];
-        QList<GRPrintItem> rest = page.mid(breakAt);
+        QList<GRPrintItem> rest(std::make_move_iterator(page.begin() + breakAt), std::make_move_iterator(page.end()));
         page.resize(breakAt);
-        m_pages.insert(pageIndex + 1, rest);
+        m_pages.insert(pageIndex + 1, std::move(rest));
         ++pageIndex;
     }
 }

@@ -28,12 +28,21 @@ QFont fontForPoints(const QFont &font, const QPaintDevice &device)
     return scaled;
 }
 
-void drawText(QPainter &painter, const QFont &font, const QRectF &rect, const QString &text, Qt::Alignment alignment)
+struct PageFont
 {
-    painter.setFont(font);
-    const QFontMetricsF metrics(font, painter.device());
-    const QString shown = metrics.elidedText(text, Qt::ElideRight, rect.width());
+    QFont font;
+    QFontMetricsF metrics;
+};
+
+// Draws text cut at its tail to fit rect; the width drawn.
+double drawText(QPainter &painter, const PageFont &font, const QRectF &rect, const QString &text,
+                Qt::Alignment alignment)
+{
+    if (painter.font() != font.font)
+        painter.setFont(font.font);
+    const QString shown = font.metrics.elidedText(text, Qt::ElideRight, rect.width());
     painter.drawText(rect, int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
+    return font.metrics.horizontalAdvance(shown);
 }
 
 } // namespace
@@ -90,9 +99,10 @@ void GRPrintView::drawRect(QPainter &painter, const QRectF &rect) const
     if (index < 0 || index >= m_pagination.pageCount())
         return;
 
-    const QFont regular = fontForPoints(m_font, *painter.device());
-    QFont bold = regular;
-    bold.setBold(true);
+    QFont font = fontForPoints(m_font, *painter.device());
+    const PageFont regular{font, QFontMetricsF(font, painter.device())};
+    font.setBold(true);
+    const PageFont bold{font, QFontMetricsF(font, painter.device())};
     const double lineHeight = double(m_pagination.lineHeight());
     const double columnWidth = m_pagination.columnWidth();
     const bool oneBox = m_pagination.effectiveScope() == GRPrintScope::NeededItems;
@@ -116,11 +126,9 @@ void GRPrintView::drawRect(QPainter &painter, const QRectF &rect) const
             break;
         }
         case Type::GroupHeading: {
-            drawText(painter, bold, line, entry.name(), Qt::AlignHCenter);
-            const QFontMetricsF metrics(bold, painter.device());
-            const QString shown = metrics.elidedText(entry.name(), Qt::ElideRight, line.width());
+            const double width = drawText(painter, bold, line, entry.name(), Qt::AlignHCenter);
             painter.setPen(rulePen);
-            painter.drawLines(GRPrintGeometry::headingRules(line, metrics.horizontalAdvance(shown)));
+            painter.drawLines(GRPrintGeometry::headingRules(line, width));
             break;
         }
         case Type::KeyLegend: {
