@@ -81,11 +81,10 @@ QByteArray randomDocument(quint32 seed)
 // list, once, a column count from 1 to 100 and the aisle order a permutation of the seven groups.
 QString describe(const GRGroceryDatabase &lists)
 {
-    const GRGroceryDatabase &prefs = lists;
-    QList<qint64> groups = prefs.aisleOrder();
+    QList<qint64> groups = lists.aisleOrder();
     std::sort(groups.begin(), groups.end());
-    bool sound = groups == GRGroceryDatabase::defaultAisleOrder() && prefs.columnCount() >= 1 &&
-                 prefs.columnCount() <= 100;
+    bool sound = groups == GRGroceryDatabase::defaultAisleOrder() && lists.columnCount() >= 1 &&
+                 lists.columnCount() <= 100;
     QStringList stores, categories, order;
     for (const GRStorePtr &store : lists.stores())
         stores.append(store->name());
@@ -98,20 +97,27 @@ QString describe(const GRGroceryDatabase &lists)
         categories.append(category->name() + u':' + items.join(u'+'));
     }
     QString aisles;
-    for (qint64 group : prefs.aisleOrder())
+    for (qint64 group : lists.aisleOrder())
         aisles += QString::number(group);
     QSet<GRCategory *> ordered;
-    for (const GRCategoryOrderEntry &entry : prefs.categoryOrder()) {
+    for (const GRCategoryOrderEntry &entry : lists.categoryOrder()) {
         sound = sound && entry.guid == entry.cat->guid() && lists.categories().contains(entry.cat) &&
                 !ordered.contains(entry.cat.get());
         ordered.insert(entry.cat.get());
         order.append(entry.cat->name());
     }
-    return QStringList{stores.join(u','), categories.join(u','), QString::number(prefs.columnCount()), aisles,
-                       prefs.manualOrder() ? order.join(u' ') : QStringLiteral("-")}
+    return QStringList{stores.join(u','), categories.join(u','), QString::number(lists.columnCount()), aisles,
+                       lists.manualOrder() ? order.join(u' ') : QStringLiteral("-")}
                .join(u'|') +
            (sound ? "" : "|unsound");
 }
+
+// An existing main file and backup (empty: none), the answer to the template selector (-1: it must
+// not be asked) and whether it offered the backup; the stores read and whether the compatibility
+// alert showed.
+// clang-format off
+struct OpenRow { QByteArray main, backup; int answer; bool offered; QString stores; bool newer; };
+// clang-format on
 
 // Fails the named file-system steps ("+" between several) the way a broken or full device would.
 class FaultyFileOps : public GRPosixFileOps
@@ -182,21 +188,16 @@ private slots:
                  document("\t<stores></stores>\n\t<categories></categories>\n"
                           "\t<columns>5</columns>\n\t<items></items>\n"));
 
-        QVERIFY(ReadModernDatabaseData(
-            document(
-                "<stores><store><name>Corner &amp; Co</name><print>1</print><color>{10, 20, 30}</color>"
-                "<top>1</top></store><store><name>Market</name><color>{1, 2, 3, 50}</color></store></stores>"
-                "<categories><category><name>Fruit</name></category><category><name>Dairy</name></category>"
-                "</categories><columns>3</columns><aisleOrder><i>0</i><i>2</i><i>1</i><i>3</i><i>4</i><i>5</"
-                "i>"
-                "<i>6</i></aisleOrder><categoryOrder><i>1</i><i>0</i></"
-                "categoryOrder><items><item><name>Cherry"
-                "</name><category>0</category><store>1</store><aisle>4</aisle><count>5</count></item><item>"
-                "<name>banana</name><category>0</category><store>1</store></item><item><name>Apple</name>"
-                "<category>1</category><store>0</store><aisle>-2</aisle><need>1</need><count>3</count></item>"
-                "</items>"),
-            m_database));
-        const QByteArray expected = document(
+        // Items are written in name order, whatever order they were read in.
+        const QByteArray apple = "\t\t<item>\n\t\t\t<name>Apple</name>\n\t\t\t<category>1</category>\n"
+                                 "\t\t\t<store>0</store>\n\t\t\t<aisle>-2</aisle>\n\t\t\t<need>1</need>\n"
+                                 "\t\t\t<count>3</count>\n\t\t</item>\n";
+        const QByteArray banana = "\t\t<item>\n\t\t\t<name>banana</name>\n\t\t\t<category>0</category>\n"
+                                  "\t\t\t<store>1</store>\n\t\t</item>\n";
+        const QByteArray cherry =
+            "\t\t<item>\n\t\t\t<name>Cherry</name>\n\t\t\t<category>0</category>\n"
+            "\t\t\t<store>1</store>\n\t\t\t<aisle>4</aisle>\n\t\t\t<count>5</count>\n\t\t</item>\n";
+        const QByteArray lists =
             "\t<stores>\n\t\t<store>\n\t\t\t<name>Corner &amp; Co</name>\n\t\t\t<print>1</print>\n"
             "\t\t\t<color>{10, 20, 30}</color>\n\t\t\t<top>1</top>\n\t\t</store>\n\t\t<store>\n"
             "\t\t\t<name>Market</name>\n\t\t\t<print>0</print>\n\t\t\t<color>{1, 2, 3, 50}</color>\n"
@@ -204,15 +205,11 @@ private slots:
             "\t\t</category>\n\t\t<category>\n\t\t\t<name>Dairy</name>\n\t\t</category>\n\t</categories>\n"
             "\t<columns>3</columns>\n\t<aisleOrder>\n\t\t<i>0</i>\n\t\t<i>2</i>\n\t\t<i>1</i>\n\t\t<i>3</i>\n"
             "\t\t<i>4</i>\n\t\t<i>5</i>\n\t\t<i>6</i>\n\t</aisleOrder>\n"
-            "\t<categoryOrder>\n\t\t<i>1</i>\n\t\t<i>0</i>\n\t</categoryOrder>\n\t<items>\n"
-            "\t\t<item>\n\t\t\t<name>Apple</name>\n\t\t\t<category>1</category>\n\t\t\t<store>0</store>\n"
-            "\t\t\t<aisle>-2</aisle>\n\t\t\t<need>1</need>\n\t\t\t<count>3</count>\n\t\t</item>\n"
-            "\t\t<item>\n\t\t\t<name>banana</name>\n\t\t\t<category>0</category>\n\t\t\t<store>1</store>\n"
-            "\t\t</item>\n\t\t<item>\n\t\t\t<name>Cherry</name>\n\t\t\t<category>0</category>\n"
-            "\t\t\t<store>1</store>\n\t\t\t<aisle>4</aisle>\n\t\t\t<count>5</count>\n\t\t</item>\n"
-            "\t</items>\n");
+            "\t<categoryOrder>\n\t\t<i>1</i>\n\t\t<i>0</i>\n\t</categoryOrder>\n\t<items>\n";
+        QVERIFY(
+            ReadModernDatabaseData(document(lists + cherry + banana + apple + "\t</items>\n"), m_database));
         QVERIFY(SaveGroceries(m_database));
-        QCOMPARE(TS::readFile(g_databasePath), expected);
+        QCOMPARE(TS::readFile(g_databasePath), document(lists + apple + banana + cherry + "\t</items>\n"));
     }
 
     void readsSections_data()
@@ -400,10 +397,7 @@ private slots:
             .replace(QLatin1String("%2"), DatabaseBackupPath(g_databasePath));
         QVERIFY2(log.contains(logLine), qPrintable(log.lines().join(u'\n')));
         QCOMPARE(log.contains(QStringLiteral("Can't restore")), restoreFails);
-        QCOMPARE(MGAlert::sharedInstance().shownAlerts().size(), 1);
-        const MGAlert::Request &alert = MGAlert::sharedInstance().shownAlerts().first();
-        QCOMPARE(QStringList({alert.message, alert.moreInfo}) + alert.buttonStrings,
-                 (QStringList{"Save failed.", "I can't save the groceries database."}));
+        QCOMPARE(TS::alerts(), QStringList{"Save failed.|I can't save the groceries database."});
         QVERIFY(g_dirty && GRPrefController::sharedInstance().dirty());
 
         // Nothing stays broken: once the file system is sound again the next save goes through.
@@ -416,13 +410,7 @@ private slots:
 
     void opening_data()
     {
-        QTest::addColumn<QByteArray>("main");   // empty: no file
-        QTest::addColumn<QByteArray>("backup"); // empty: no file
-        QTest::addColumn<int>("answer");        // -1: the selector must not be asked
-        QTest::addColumn<bool>("offered");
-        QTest::addColumn<QString>("stores");
-        QTest::addColumn<bool>("newer"); // the compatibility alert is shown
-
+        QTest::addColumn<OpenRow>("r");
         const QByteArray cat = "<categories><category><name>Cat</name></category></categories>";
         const QByteArray good = document("<stores><store><name>Main</name></store></stores>" + cat);
         const QByteArray saved = document("<stores><store><name>Saved</name></store></stores>" + cat);
@@ -430,57 +418,48 @@ private slots:
         const QByteArray truncated = saved.left(saved.indexOf("<categories>") + 5);
         const QByteArray none, garbage = "garbage";
         // clang-format off
-        QTest::newRow("main reads") << good << saved << -1 << false << "Main" << false;
-        QTest::newRow("main without a version") << document(cat, "") << none << -1 << false << "Grocery Store" << false;
-        QTest::newRow("main version not a number") << document(cat, " version=\"one\"") << none << -1 << false << "Grocery Store" << false;
-        QTest::newRow("nothing, cancelled") << none << none << 4 << false << "" << false;
-        QTest::newRow("nothing, minimal") << none << none << 0 << false << "Grocery Store" << false;
-        QTest::newRow("nothing, template") << none << none << 3 << false << "Grocery Store,Farmers Market,Health Food Store,Warehouse Club,Pharmacy" << false;
-        QTest::newRow("broken main, restore") << garbage << saved << 5 << true << "Saved" << false;
-        QTest::newRow("broken main, minimal instead") << garbage << saved << 0 << true << "Grocery Store" << false;
-        QTest::newRow("newer main, restore") << newer << saved << 5 << true << "Saved" << true;
-        QTest::newRow("newer main after another attribute") << document(cat, " lang=\"en\" version=\"2\"") << none << 0 << false << "Grocery Store" << true;
-        QTest::newRow("main version beyond 2^64") << document(cat, " version=\"18446744073709551617\"") << none << 0 << false << "Grocery Store" << true;
-        QTest::newRow("truncated backup not offered") << none << truncated << 5 << false << "Grocery Store" << false;
-        QTest::newRow("newer backup not offered, silently") << none << newer << 0 << false << "Grocery Store" << false;
+        QTest::newRow("main reads") << OpenRow{good, saved, -1, false, "Main", false};
+        QTest::newRow("main without a version") << OpenRow{document(cat, ""), none, -1, false, "Grocery Store", false};
+        QTest::newRow("main version not a number") << OpenRow{document(cat, " version=\"one\""), none, -1, false, "Grocery Store", false};
+        QTest::newRow("nothing, cancelled") << OpenRow{none, none, 4, false, "", false};
+        QTest::newRow("nothing, minimal") << OpenRow{none, none, 0, false, "Grocery Store", false};
+        QTest::newRow("nothing, template") << OpenRow{none, none, 3, false, "Grocery Store,Farmers Market,Health Food Store,Warehouse Club,Pharmacy", false};
+        QTest::newRow("broken main, restore") << OpenRow{garbage, saved, 5, true, "Saved", false};
+        QTest::newRow("broken main, minimal instead") << OpenRow{garbage, saved, 0, true, "Grocery Store", false};
+        QTest::newRow("newer main, restore") << OpenRow{newer, saved, 5, true, "Saved", true};
+        QTest::newRow("newer main after another attribute") << OpenRow{document(cat, " lang=\"en\" version=\"2\""), none, 0, false, "Grocery Store", true};
+        QTest::newRow("main version beyond 2^64") << OpenRow{document(cat, " version=\"18446744073709551617\""), none, 0, false, "Grocery Store", true};
+        QTest::newRow("truncated backup not offered") << OpenRow{none, truncated, 5, false, "Grocery Store", false};
+        QTest::newRow("newer backup not offered, silently") << OpenRow{none, newer, 0, false, "Grocery Store", false};
         // clang-format on
     }
 
     void opening()
     {
-        QFETCH(QByteArray, main);
-        QFETCH(QByteArray, backup);
-        QFETCH(int, answer);
-        QFETCH(bool, offered);
-        QFETCH(QString, stores);
-        QFETCH(bool, newer);
-
+        QFETCH(OpenRow, r);
         const QString folder = DatabaseFolder();
         QVERIFY(folder.endsWith(QLatin1String("/Marlowick")));
         QDir(folder).removeRecursively();
         QVERIFY(QDir().mkpath(folder));
-        QVERIFY(main.isEmpty() || TS::writeFile(folder + QLatin1String("/Groceries.xml"), main));
-        QVERIFY(backup.isEmpty() || TS::writeFile(folder + QLatin1String("/Groceries~.xml"), backup));
+        QVERIFY(r.main.isEmpty() || TS::writeFile(folder + QLatin1String("/Groceries.xml"), r.main));
+        QVERIFY(r.backup.isEmpty() || TS::writeFile(folder + QLatin1String("/Groceries~.xml"), r.backup));
 
         int asked = -1; // then whether restoring was offered
         using R = GROpenResult;
         const R opened =
-            OpenGroceryDatabase(m_database, folder, [&](bool offer) { return (asked = offer), answer; });
-        QCOMPARE(opened, answer < 0 ? R::Loaded : answer == 4 ? R::Quit : R::Created);
-        QCOMPARE(asked, answer < 0 ? -1 : int(offered));
+            OpenGroceryDatabase(m_database, folder, [&](bool offer) { return (asked = offer), r.answer; });
+        QCOMPARE(opened, r.answer < 0 ? R::Loaded : r.answer == 4 ? R::Quit : R::Created);
+        QCOMPARE(asked, r.answer < 0 ? -1 : int(r.offered));
         QCOMPARE(g_databasePath, folder + QLatin1String("/Groceries.xml"));
         QCOMPARE(g_dirty, opened == R::Created);
-        QCOMPARE(describe(m_database).section(u'|', 0, 0), stores);
+        QCOMPARE(describe(m_database).section(u'|', 0, 0), r.stores);
         QCOMPARE(m_database.categories().isEmpty(), opened == R::Quit);
-        QCOMPARE(QFile::exists(g_databasePath), !main.isEmpty());
-        const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
-        QCOMPARE(alerts.size(), int(newer));
-        if (newer)
-            QCOMPARE(
-                QStringList({alerts.first().message, alerts.first().moreInfo}) + alerts.first().buttonStrings,
-                (QStringList{"Groceries compatibility problem.",
-                             "The groceries database is newer than this version of Groceries. You need to "
-                             "upgrade to the latest version."}));
+        QCOMPARE(QFile::exists(g_databasePath), !r.main.isEmpty());
+        QCOMPARE(TS::alerts(), r.newer
+                                   ? QStringList{"Groceries compatibility problem.|The groceries database is "
+                                                 "newer than this version of Groceries. You need to upgrade "
+                                                 "to the latest version."}
+                                   : QStringList());
     }
 
     void noDataFolder()
@@ -491,14 +470,12 @@ private slots:
                  GROpenResult::StartupFailed);
         QVERIFY(!asked && m_database.stores().isEmpty());
         QVERIFY(log.contains(QStringLiteral("Can't find ~/Library/Application Support")));
-        const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
-        QCOMPARE(alerts.size(), 1);
-        QCOMPARE(alerts.first().message, QStringLiteral("Startup failed."));
-        QVERIFY2(alerts.first().moreInfo.startsWith(
-                     QStringLiteral("I couldn't open the grocery list or create a new one. Please contact us "
-                                    "for help at ")) &&
-                     alerts.first().moreInfo.endsWith(u'.'),
-                 qPrintable(alerts.first().moreInfo));
+        const QStringList alerts = TS::alerts();
+        QVERIFY2(alerts.size() == 1 &&
+                     alerts.first().startsWith("Startup failed.|I couldn't open the grocery list or "
+                                               "create a new one. Please contact us for help at ") &&
+                     alerts.first().endsWith(u'.'),
+                 qPrintable(alerts.join(u'\n')));
     }
 
     void damagedFileIsKept_data()
@@ -539,13 +516,10 @@ private slots:
         QCOMPARE(TS::readFile(g_databasePath), damaged);
         for (const QString &name : earlier)
             QCOMPARE(TS::readFile(folder + u'/' + name), name.toUtf8());
-        const QList<MGAlert::Request> &alerts = MGAlert::sharedInstance().shownAlerts();
-        QCOMPARE(alerts.size(), 1);
-        QCOMPARE(alerts.first().message, QStringLiteral("The groceries database is damaged."));
-        QCOMPARE(
-            alerts.first().moreInfo,
-            QStringLiteral("I could read only 2 items of it. The file as it was is kept unchanged as \"%1\".")
-                .arg(folder + u'/' + kept));
+        QCOMPARE(TS::alerts(),
+                 QStringList{QStringLiteral("The groceries database is damaged.|I could read only 2 "
+                                            "items of it. The file as it was is kept unchanged as \"%1\".")
+                                 .arg(folder + u'/' + kept)});
 
         // The next save replaces the damaged file; the copy stays.
         QVERIFY(SaveGroceries(m_database));

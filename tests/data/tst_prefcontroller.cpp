@@ -92,7 +92,6 @@ private slots:
         settings().setValue(u"NSPrintHeaderAndFooter"_s, false);
         GRPrefController again;
         QCOMPARE(settings().value(u"NSPrintHeaderAndFooter"_s), QVariant(false));
-        QCOMPARE(DefaultUserFont().pointSizeF(), 12.0);
     }
 
     // A value that can't be used gives the default, with one warning naming the key. A byte array

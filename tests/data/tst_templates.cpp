@@ -46,19 +46,15 @@ private slots:
     {
         QTest::addColumn<int>("option");
         QTest::addColumn<QString>("absent"); // words no name may hold
-
-        // clang-format off
         QTest::newRow("Omnivore") << int(GRTemplateOmnivore) << "";
         QTest::newRow("Vegetarian") << int(GRTemplateVegetarian) << Meat;
         QTest::newRow("Vegan") << int(GRTemplateVegan) << Meat + u'|' + AnimalProducts;
-        // clang-format on
     }
 
     void starterTemplate()
     {
         QFETCH(int, option);
         QFETCH(QString, absent);
-
         const QString path = QStringLiteral(":/templates/Groceries %1.xml").arg(QTest::currentDataTag());
         QCOMPARE(TemplateResourcePath(option), path);
         GRGroceryDatabase database;
@@ -66,27 +62,23 @@ private slots:
         // A save writes the resource back byte for byte.
         const QByteArray resource = GRTestSupport::readFile(path);
         QCOMPARE(GroceriesXml(database).toUtf8().split('\n'), resource.split('\n'));
-        QCOMPARE(wordsIn("Vegan Mayo, cheddar; Salmon", Meat + u'|' + AnimalProducts),
-                 (QStringList{"cheddar", "Salmon"}));
         if (!absent.isEmpty())
             QCOMPARE(wordsIn(QString::fromUtf8(resource), absent).join(u','), QString());
 
         const QList<GRStorePtr> &stores = database.stores();
         const QList<GRCategoryPtr> &categories = database.categories();
-        QCOMPARE_GE(stores.size(), 3);
-        QCOMPARE_GE(categories.size(), 12);
+        QVERIFY(stores.size() >= 3 && categories.size() >= 12);
         QCOMPARE(stores.first()->name(), QStringLiteral("Grocery Store"));
         QSet<QString> storeNames, categoryNames, itemNames;
         QSet<quint32> colours;
         for (const GRStorePtr &store : stores) {
-            QVERIFY2(store->kolor().isDrawable() && store->kolor() != Kolor::defaultKolor(),
+            QVERIFY2(store->kolor().isDrawable() && store->kolor() != Kolor::defaultKolor() &&
+                         store->printOption() == 0,
                      qPrintable(store->name()));
-            QCOMPARE(store->printOption(), 0);
             storeNames.insert(store->name());
             colours.insert(store->kolor().word());
         }
-        QCOMPARE(storeNames.size(), stores.size());
-        QCOMPARE(colours.size(), stores.size());
+        QVERIFY(storeNames.size() == stores.size() && colours.size() == stores.size());
 
         const QRegularExpression keyMark(QStringLiteral("[\u301C\u25C9\u263C\u2740\u2744\u25D2]"));
         QSet<GRStore *> storesUsed;
@@ -106,12 +98,9 @@ private slots:
                 marked += item->name().contains(keyMark);
             }
         }
-        QCOMPARE(categoryNames.size(), categories.size());
-        QCOMPARE(itemNames.size(), items);
-        QCOMPARE(storesUsed.size(), stores.size());
-        QCOMPARE_GE(items, 120);
-        QCOMPARE_GE(numbered, 20);
-        QCOMPARE_GE(special, 20);
+        QVERIFY(categoryNames.size() == categories.size() && itemNames.size() == items &&
+                storesUsed.size() == stores.size());
+        QVERIFY(items >= 120 && numbered >= 20 && special >= 20);
         // A handful of names carry a key mark, not every one.
         QVERIFY2(marked >= 3 && marked <= items / 10, qPrintable(QString::number(marked)));
     }

@@ -39,21 +39,13 @@ private slots:
 
     void cleanup() { m_dialog.reset(); }
 
-    void rowAfterRemoval_data()
-    {
-        QTest::addColumn<int>("removed");
-        QTest::addColumn<int>("remaining");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("middle: the next store moves up") << 1 << 3 << 1;
-        QTest::newRow("next to last: stays") << 2 << 3 << 2;
-        QTest::newRow("last: the new last row") << 3 << 3 << 2;
-        QTest::newRow("down to one: row 0") << 1 << 1 << 0;
-    }
     void rowAfterRemoval()
     {
-        QFETCH(int, removed);
-        QFETCH(int, remaining);
-        QTEST(GRStoresDialog::rowAfterRemoval(removed, remaining), "expected");
+        // removed, remaining, expected: the next store moves up; next to last stays; after the last,
+        // the new last row; down to one, row 0
+        const int rows[][3] = {{1, 3, 1}, {2, 3, 2}, {3, 3, 2}, {1, 1, 0}};
+        for (const auto &r : rows)
+            QCOMPARE(GRStoresDialog::rowAfterRemoval(r[0], r[1]), r[2]);
     }
 
     // Row 0 keeps its name and its place: no editing in the list or the field, no removal.

@@ -9,6 +9,12 @@
 #include <QTest>
 #include <QTimer>
 
+// Whether restoring is offered, the radio buttons clicked in turn, how the dialog ends ("ok", "cancel",
+// "escape", "return" or "close"), its result.
+// clang-format off
+struct AnswerRow { bool offerRestore; QStringList clicks; QString ending; int answer; };
+// clang-format on
+
 class TestTemplateDialog : public QObject
 {
     Q_OBJECT
@@ -18,53 +24,43 @@ private slots:
 
     void answers_data()
     {
-        QTest::addColumn<bool>("offerRestore");
-        QTest::addColumn<QStringList>("clicks"); // radio buttons clicked in turn
-        QTest::addColumn<QString>("ending");     // "ok", "cancel", "escape", "return" or "close"
-        QTest::addColumn<int>("answer");
-
+        QTest::addColumn<AnswerRow>("r");
         // clang-format off
-        QTest::newRow("default") << false << QStringList() << "ok" << 1;
-        QTest::newRow("default by keyboard") << false << QStringList() << "return" << 1;
-        QTest::newRow("empty list") << false << QStringList{"emptyButton"} << "ok" << 0;
-        QTest::newRow("vegetarian") << false << QStringList{"vegetarianButton"} << "ok" << 2;
-        QTest::newRow("vegan") << false << QStringList{"veganButton"} << "ok" << 3;
-        QTest::newRow("restore by default") << true << QStringList() << "ok" << 5;
-        QTest::newRow("template instead of restore") << true << QStringList{"emptyButton"} << "ok" << 0;
-        QTest::newRow("back to restore") << true << QStringList{"veganButton", "restoreButton"} << "ok" << 5;
-        QTest::newRow("cancel") << false << QStringList{"veganButton"} << "cancel" << 4;
-        QTest::newRow("escape") << true << QStringList() << "escape" << 4;
-        QTest::newRow("window closed") << false << QStringList{"emptyButton"} << "close" << 4;
+        QTest::newRow("default") << AnswerRow{false, QStringList(), "ok", 1};
+        QTest::newRow("default by keyboard") << AnswerRow{false, QStringList(), "return", 1};
+        QTest::newRow("empty list") << AnswerRow{false, QStringList{"emptyButton"}, "ok", 0};
+        QTest::newRow("vegetarian") << AnswerRow{false, QStringList{"vegetarianButton"}, "ok", 2};
+        QTest::newRow("vegan") << AnswerRow{false, QStringList{"veganButton"}, "ok", 3};
+        QTest::newRow("restore by default") << AnswerRow{true, QStringList(), "ok", 5};
+        QTest::newRow("template instead of restore") << AnswerRow{true, QStringList{"emptyButton"}, "ok", 0};
+        QTest::newRow("back to restore") << AnswerRow{true, QStringList{"veganButton", "restoreButton"}, "ok", 5};
+        QTest::newRow("cancel") << AnswerRow{false, QStringList{"veganButton"}, "cancel", 4};
+        QTest::newRow("escape") << AnswerRow{true, QStringList(), "escape", 4};
+        QTest::newRow("window closed") << AnswerRow{false, QStringList{"emptyButton"}, "close", 4};
         // clang-format on
     }
 
     void answers()
     {
-        QFETCH(bool, offerRestore);
-        QFETCH(QStringList, clicks);
-        QFETCH(QString, ending);
-        QFETCH(int, answer);
-
-        GRTemplateDialog dialog(offerRestore);
+        QFETCH(AnswerRow, r);
+        GRTemplateDialog dialog(r.offerRestore);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const auto radio = [&dialog](const QString &name) { return dialog.findChild<QRadioButton *>(name); };
-        QVERIFY(radio(offerRestore ? "restoreButton" : "omnivoreButton")->isChecked());
-        QCOMPARE(radio("restoreButton")->isVisible(), offerRestore);
-        for (const char *name : {"omnivoreButton", "vegetarianButton", "veganButton", "emptyButton"})
-            QVERIFY2(radio(name)->isVisible(), name);
+        QVERIFY(radio(r.offerRestore ? "restoreButton" : "omnivoreButton")->isChecked());
+        QCOMPARE(radio("restoreButton")->isVisible(), r.offerRestore);
 
-        for (const QString &name : clicks)
+        for (const QString &name : r.clicks)
             QTest::mouseClick(radio(name), Qt::LeftButton, {}, QPoint(8, radio(name)->height() / 2));
         QDialogButtonBox *box = dialog.findChild<QDialogButtonBox *>();
-        if (ending == "ok" || ending == "cancel")
-            QTest::mouseClick(box->button(ending == "ok" ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel),
+        if (r.ending == "ok" || r.ending == "cancel")
+            QTest::mouseClick(box->button(r.ending == "ok" ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel),
                               Qt::LeftButton);
-        else if (ending == "close")
+        else if (r.ending == "close")
             dialog.close();
         else
-            QTest::keyClick(&dialog, ending == "escape" ? Qt::Key_Escape : Qt::Key_Return);
-        QCOMPARE(dialog.result(), answer);
+            QTest::keyClick(&dialog, r.ending == "escape" ? Qt::Key_Escape : Qt::Key_Return);
+        QCOMPARE(dialog.result(), r.answer);
         QVERIFY(!dialog.isVisible());
     }
 

@@ -6,6 +6,12 @@
 
 constexpr qreal notANumber = std::numeric_limits<qreal>::quiet_NaN();
 
+// Items, the height to fill, the enclosing width; rows, columns, frame width, the last item's top left.
+// clang-format off
+struct GridRow { quint64 count; qreal height, enclosingWidth; quint64 rows, columns; qreal frameWidth; QPointF lastItem; };
+// clang-format on
+Q_DECLARE_METATYPE(GridRow)
+
 // Items 220 x 18 unless a row says otherwise: pitch 228 x 26.
 class TestItemGridLayout : public QObject
 {
@@ -29,33 +35,25 @@ private slots:
 
     void grid_data()
     {
-        QTest::addColumn<quint64>("count");
-        QTest::addColumn<qreal>("height");
-        QTest::addColumn<qreal>("enclosingWidth");
-        QTest::addColumn<quint64>("rows");
-        QTest::addColumn<quint64>("columns");
-        QTest::addColumn<qreal>("frameWidth");
-        QTest::addColumn<QPointF>("lastItem");
+        QTest::addColumn<GridRow>("r");
         // clang-format off
-        QTest::newRow("7 items in 3 rows") << 7ull << 78.0 << 300.0 << 3ull << 3ull << 684.0 << QPointF(460, 4);
-        QTest::newRow("wide enclosing view") << 7ull << 103.0 << 1000.0 << 3ull << 3ull << 1000.0 << QPointF(460, 4);
-        QTest::newRow("width not a number") << 6ull << 80.0 << notANumber << 3ull << 2ull << 456.0 << QPointF(232, 56);
-        QTest::newRow("empty list") << 0ull << 80.0 << 500.0 << 3ull << 0ull << 500.0 << QPointF(4, 4);
-        QTest::newRow("too low for a row") << 3ull << 10.0 << 0.0 << 1ull << 3ull << 684.0 << QPointF(460, 4);
-        QTest::newRow("height not a number") << 2ull << notANumber << 0.0 << 1ull << 2ull << 456.0 << QPointF(232, 4);
+        QTest::newRow("7 items in 3 rows") << GridRow{7, 78, 300, 3, 3, 684, {460, 4}};
+        QTest::newRow("wide enclosing view") << GridRow{7, 103, 1000, 3, 3, 1000, {460, 4}};
+        QTest::newRow("width not a number") << GridRow{6, 80, notANumber, 3, 2, 456, {232, 56}};
+        QTest::newRow("empty list") << GridRow{0, 80, 500, 3, 0, 500, {4, 4}};
+        QTest::newRow("too low for a row") << GridRow{3, 10, 0, 1, 3, 684, {460, 4}};
+        QTest::newRow("height not a number") << GridRow{2, notANumber, 0, 1, 2, 456, {232, 4}};
         // clang-format on
     }
     void grid()
     {
-        QFETCH(quint64, count);
-        QFETCH(qreal, height);
-        QFETCH(qreal, enclosingWidth);
+        QFETCH(GridRow, r);
         GRItemGridLayout grid;
-        grid.layout(count, height);
-        QTEST(grid.rowCount(), "rows");
-        QTEST(grid.columnCount(), "columns");
-        QTEST(grid.frameSize(enclosingWidth, 90).width(), "frameWidth");
-        QTEST(grid.itemRect(count ? count - 1 : 0).topLeft(), "lastItem");
+        grid.layout(r.count, r.height);
+        QCOMPARE(grid.rowCount(), r.rows);
+        QCOMPARE(grid.columnCount(), r.columns);
+        QCOMPARE(grid.frameSize(r.enclosingWidth, 90).width(), r.frameWidth);
+        QCOMPARE(grid.itemRect(r.count ? r.count - 1 : 0).topLeft(), r.lastItem);
     }
 
     void itemAt_data()

@@ -17,35 +17,28 @@ private slots:
     {
         QTest::addColumn<quint64>("count");
         QTest::addColumn<quint64>("rows");
-        QTest::addColumn<QString>("move");
-        QTest::addColumn<quint64>("from");
-        QTest::addColumn<quint64>("to");
-        // Three rows, eight items: columns of 3, 3 and 2.
-        QTest::newRow("left from the first column, short last column")
-            << 8ull << 3ull << "left" << 2ull << 5ull;
-        QTest::newRow("left from the first column into the last") << 8ull << 3ull << "left" << 1ull << 7ull;
-        QTest::newRow("left within") << 8ull << 3ull << "left" << 4ull << 1ull;
-        QTest::newRow("right past the end to the first column") << 8ull << 3ull << "right" << 5ull << 2ull;
-        QTest::newRow("right within") << 8ull << 3ull << "right" << 4ull << 7ull;
-        QTest::newRow("down wraps to the first") << 8ull << 3ull << "down" << 7ull << 0ull;
-        QTest::newRow("down across columns") << 8ull << 3ull << "down" << 2ull << 3ull;
-        QTest::newRow("up wraps to the last") << 8ull << 3ull << "up" << 0ull << 7ull;
-        QTest::newRow("single column: no left") << 3ull << 5ull << "left" << 1ull << 1ull;
-        QTest::newRow("single column: no right") << 3ull << 5ull << "right" << 1ull << 1ull;
-        QTest::newRow("empty list") << 0ull << 3ull << "down" << 0ull << 0ull;
+        QTest::addColumn<QString>("moves"); // arrow (Left, Right, Up, Down), from > to
+        // Columns of 3, 3 and 2: left from the first column goes to the last, a row up when the last
+        // column is short; right past the end to the first column; down and up wrap and go across.
+        QTest::newRow("eight items in three rows")
+            << 8ull << 3ull << "L2>5 L1>7 L4>1 R5>2 R4>7 D7>0 D2>3 U0>7";
+        QTest::newRow("single column") << 3ull << 5ull << "L1>1 R1>1";
+        QTest::newRow("empty list") << 0ull << 3ull << "D0>0";
     }
     void navigation()
     {
         QFETCH(quint64, count);
         QFETCH(quint64, rows);
-        QFETCH(QString, move);
-        QFETCH(quint64, from);
+        QFETCH(QString, moves);
         const GRItemNavigation grid(count, rows, (count + rows - 1) / rows);
-        const quint64 to = move == "left"    ? grid.left(from)
-                           : move == "right" ? grid.right(from)
-                           : move == "up"    ? grid.up(from)
-                                             : grid.down(from);
-        QTEST(to, "to");
+        for (const QString &move : moves.split(' ')) {
+            const quint64 from = move.mid(1).section('>', 0, 0).toULongLong();
+            const quint64 to = move[0] == 'L'   ? grid.left(from)
+                               : move[0] == 'R' ? grid.right(from)
+                               : move[0] == 'U' ? grid.up(from)
+                                                : grid.down(from);
+            QCOMPARE(QString("%1%2>%3").arg(move[0]).arg(from).arg(to), move);
+        }
     }
 
     void functionKeys_data()
@@ -78,23 +71,16 @@ private slots:
         QTest::addColumn<QStringList>("keys");
         QTest::addColumn<QString>("outcome");
         QTest::addColumn<QString>("buffer");
+        // clang-format off
         // The pause counts from the last emptying, which before any is time 0.
-        QTest::newRow("b then a, first keys ever") << QStringList{"100:b", "100.1:a"} << "0"
-                                                   << "a";
-        QTest::newRow("a run after an emptying") << QStringList{"100:x", "100.1:b", "100.3:a"} << "1"
-                                                 << "ba";
-        QTest::newRow("pause counted from the emptying, not the last key")
-            << QStringList{"100:x", "100.1:b", "100.5:a", "100.8:n"} << "-"
-            << "n";
-        QTest::newRow("space first ticks") << QStringList{"5: "} << "toggle"
-                                           << "";
-        QTest::newRow("space within a run is text")
-            << QStringList{"100:x", "100.1:i", "100.2:c", "100.3:e", "100.4: ", "100.5:c"} << "3"
-            << "ice c";
-        QTest::newRow("no match") << QStringList{"5:q"} << "-"
-                                  << "q";
-        QTest::newRow("match already selected") << QStringList{"5:ICE CU"} << "-"
-                                                << "ice cu";
+        QTest::newRow("b then a, first keys ever") << QStringList{"100:b", "100.1:a"} << "0" << "a";
+        QTest::newRow("a run after an emptying") << QStringList{"100:x", "100.1:b", "100.3:a"} << "1" << "ba";
+        QTest::newRow("pause counted from the emptying, not the last key") << QStringList{"100:x", "100.1:b", "100.5:a", "100.8:n"} << "-" << "n";
+        QTest::newRow("space first ticks") << QStringList{"5: "} << "toggle" << "";
+        QTest::newRow("space within a run is text") << QStringList{"100:x", "100.1:i", "100.2:c", "100.3:e", "100.4: ", "100.5:c"} << "3" << "ice c";
+        QTest::newRow("no match") << QStringList{"5:q"} << "-" << "q";
+        QTest::newRow("match already selected") << QStringList{"5:ICE CU"} << "-" << "ice cu";
+        // clang-format on
     }
     void typeSelect()
     {

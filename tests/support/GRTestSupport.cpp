@@ -70,6 +70,14 @@ void GRTestSupport::resetState()
     MGXmlDecoder::setKeyDecoder(std::make_shared<MGXmlDecoder::KeyTable>());
 }
 
+QStringList GRTestSupport::alerts()
+{
+    QStringList list;
+    for (const MGAlert::Request &request : MGAlert::sharedInstance().shownAlerts())
+        list << (QStringList{request.message, request.moreInfo} + request.buttonStrings).join(u'|');
+    return list;
+}
+
 QByteArray GRTestSupport::readFile(const QString &path)
 {
     QFile file(path);

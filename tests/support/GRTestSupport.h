@@ -24,6 +24,9 @@ public:
     // now on), and the file-operations seam. Leaves an empty tag table current, as start-up
     // does, so that a reader of grocery text that forgets to make its own table current fails.
     static void resetState();
+    // Each alert shown since the last reset as its message, further text and button titles, "|"
+    // between them.
+    static QStringList alerts();
     static QByteArray readFile(const QString &path);
     static bool writeFile(const QString &path, const QByteArray &bytes);
 };

@@ -2,7 +2,6 @@
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
 #include "GRGroceryEdits.h"
-#include "GRGroupsController.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
 #include "GRTagKeys.h"
@@ -70,25 +69,24 @@ private slots:
         TS::resetState();
         int offered = -1;
         app.setTemplateChooser([&](bool offerRestore) { return (offered = offerRestore), 2; });
+        const QStringList expected{"mwgroceries.reloadCats", "mwgroceries.updateStores",
+                                   "mwgroceries.updateCats"};
         QStringList posted;
         QObject observer;
-        MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
-        for (const char *name :
-             {"mwgroceries.reloadCats", "mwgroceries.updateStores", "mwgroceries.updateCats"})
-            center.addObserver(name, &observer, [&posted, name](const QVariantMap &) { posted << name; });
-
+        for (const QString &name : expected)
+            MGNotificationCenter::defaultCenter().addObserver(
+                name, &observer, [&posted, name](const QVariantMap &) { posted << name; });
         QVERIFY(app.applicationDidFinishLaunching());
         app.setTemplateChooser(nullptr);
         QCOMPARE(offered, 0);
-        QCOMPARE(posted, (QStringList{"mwgroceries.reloadCats", "mwgroceries.updateStores",
-                                      "mwgroceries.updateCats"}));
+        QCOMPARE(posted, expected);
         GRWindowController *window = app.windowController();
         QVERIFY(window && window->isVisible() && window->isWindowModified());
         QCOMPARE(app.database().stores().first()->name(), QString("Grocery Store"));
         QCOMPARE(app.currentCategory(), 0);
         QCOMPARE(app.currentStore(), -1);
         QCOMPARE(app.displayItems(), app.database().categories().first()->items());
-        QCOMPARE(window->keyList()->rowCount(), 6);
+        QCOMPARE(window->keyList()->rowCount(), 6); // the legend is filled at launch
         // The category order followed the new categories.
         QCOMPARE(app.database().categoryOrder().size(), app.database().categories().size());
         QVERIFY(MGXmlDecoder::keyDecoder() != GroceryKeyTable());

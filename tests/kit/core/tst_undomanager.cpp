@@ -62,7 +62,8 @@ class TestUndoManager : public QObject
     }
 
     // aN records descriptor N, then sets the live value to N; mN does so with the delegate willing
-    // to merge; a leading '!' makes the delegate refuse the fill or fail the apply.
+    // to merge; a leading '!' makes the delegate refuse the fill or fail the apply; M puts a modal
+    // window up.
     void run(const QString &op)
     {
         using U = MGUndoManager;
@@ -73,7 +74,9 @@ class TestUndoManager : public QObject
         fake.fail = op.startsWith('!');
         const QString word = fake.fail ? op.mid(1) : op;
         const std::any merge = word.startsWith('m') ? std::any(true) : std::any();
-        if (calls.contains(word))
+        if (word == "M")
+            fake.modal = true;
+        else if (calls.contains(word))
             (m.*calls[word])();
         else if (m.setUndoAction(1, word.mid(1).toUInt(), merge) == fake.fail)
             QFAIL(qPrintable("unexpected answer to " + op));
@@ -102,6 +105,7 @@ private slots:
         QTest::newRow("failed apply or refused fill clears") << "a1=1: [1]|u=0: 1|!r=0:|a2=2: [2]|!u=2:|a3=3: [3]|a4=4: 3 [4]|u=3: [3] 4|!a5=3:|r=3:" << 1;
         QTest::newRow("pop once, never after undo") << "a1=1: [1]|a2=2: 1 [2]|u=1: [1] 2|p=1: [1] 2|a3=3: 1 [3]|p=3: [1]|p=3: [1]|u=0: 1" << 0;
         QTest::newRow("merge declined, other descriptor, suppressed") << "a1=1: [1]|a1=1: 1 [1]|m2=2: 1 1 [2]|s=2: 1 1 [2]|m2=2: 1 1 2 [2]" << 0;
+        QTest::newRow("a modal window disables both menu items") << "a1=1: [1]|a2=2: 1 [2]|u=1: [1] 2|M=1: [1] 2" << 0;
         QTest::newRow("merge keeps first snapshot, none after undo or redo") << "a1=1: [1]|a2=2: 1 [2]|m2=2: 1 [2]|u=1: [1] 2|r=2: 1 [2]|m2=2: 1 2 [2]|u=2: 1 [2] 2|m2=2: 1 2 [2]" << 0;
         // clang-format on
     }
@@ -140,24 +144,6 @@ private slots:
             m.undo();
         QCOMPARE(fake.beeps, 1);
         checkState(QString("%1:%2 %3").arg(actions - kept).arg(older).arg(actions));
-    }
-
-    void identifiersAndCurrentData()
-    {
-        // A fresh identifier makes an entry; the same identifier again joins it.
-        QVERIFY(m.setUndoID(0xFFFFFFFFu, 1, 1) && m.isUndoIDActive(1) && m.setUndoID(1, 1, 5));
-        fake.live = 3;
-        QVERIFY(m.setNewUndoAction(1, 6) && m.isUndoIDActive(2));
-        QCOMPARE(std::any_cast<int>(*m.dataForPreviousUndoAction(nullptr, nullptr)), 0);
-        m.updateCurrentAction(2);
-        m.updateCurrentDescriptor(7);
-        quint32 action = 0, descriptor = 0;
-        QVERIFY(m.dataForCurrentUndoAction(&action, &descriptor));
-        QCOMPARE(QList<quint32>({action, descriptor}), QList<quint32>({2, 7}));
-        m.undo();
-        QVERIFY(!m.dataForCurrentUndoAction(nullptr, nullptr)); // only while the latest command records
-        fake.modal = true;                                      // a modal window disables both menu items
-        checkState("3: [1] 7");
     }
 };
 
