@@ -137,6 +137,29 @@ private slots:
         QVERIFY(!QFileInfo::exists(home("config")));
     }
 
+    // The printed pages as PDF: nothing else written, and no file at all when it can't be made.
+    void printPdf()
+    {
+        QVERIFY(GRTestSupport::writeFile(database(), s_database));
+        const std::pair<QStringList, int> rows[] = {
+            {{}, 0}, {{"--scope", "needed", "--ignore-page-starts"}, 0}, {{"--scope", "store=Market"}, 0},
+            {{"--scope", "store=Nowhere"}, 1}};
+        for (const auto &[options, status] : rows) {
+            const QString pdf = home("list.pdf");
+            QFile::remove(pdf);
+            QCOMPARE(run(QStringList{"--print-pdf", pdf} + options), status);
+            QVERIFY(m_out.isEmpty());
+            QCOMPARE(m_err, status ? QByteArray("groceries: there is no store named \"Nowhere\"\n") : QByteArray());
+            QCOMPARE(GRTestSupport::readFile(pdf).startsWith("%PDF-"), status == 0);
+        }
+        QCOMPARE(run({"--print-pdf", home("no/folder/list.pdf")}), 1);
+        QVERIFY2(m_err.startsWith("groceries: could not write ") && m_err.count('\n') == 1, m_err);
+        QVERIFY(!QFileInfo::exists(home("no")));
+        QCOMPARE(GRTestSupport::readFile(database()), s_database);
+        QCOMPARE(dataFiles(), QStringList{"Groceries.xml"});
+        QVERIFY(!QFileInfo::exists(home("config")));
+    }
+
     void displays_data()
     {
         QTest::addColumn<QString>("platforms");
@@ -175,6 +198,9 @@ private slots:
         QTest::newRow("stray argument") << QStringList{"extra"} << "" << 2 << QByteArray("unexpected argument 'extra'");
         QTest::newRow("needed alone") << QStringList{"--needed"} << "" << 2 << QByteArray("--needed goes with --list");
         QTest::newRow("export without a folder") << QStringList{"--export-rtf"} << "" << 2 << QByteArray("--export-rtf needs a folder");
+        QTest::newRow("pdf without a file") << QStringList{"--print-pdf"} << "" << 2 << QByteArray("--print-pdf needs a file");
+        QTest::newRow("scope alone") << QStringList{"--scope", "needed"} << "" << 2 << QByteArray("--scope and --ignore-page-starts go with --print-pdf");
+        QTest::newRow("unknown scope") << QStringList{"--print-pdf", "x.pdf", "--scope", "all"} << "" << 2 << QByteArray("--scope takes entire, needed or store=NAME");
         QTest::newRow("two commands") << QStringList{"--mailto", "--list"} << "" << 2 << QByteArray("one command at a time");
         QTest::newRow("no display") << none << "" << 1 << QByteArray("can't open a window: no display (DISPLAY is not set)");
         QTest::newRow("display refuses") << none << ":97" << 1 << QByteArray("can't open a window: no connection to display :97");
