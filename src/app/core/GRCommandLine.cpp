@@ -63,16 +63,16 @@ GRCommandLine::GRCommandLine(int argc, char *argv[])
         } else if (argument == QLatin1String("--export-rtf")) {
             commands << Mode::ExportRtf;
             if (i + 1 < argc)
-                m_folder = QString::fromLocal8Bit(argv[++i]);
-            if (m_folder.isEmpty())
+                m_target = QString::fromLocal8Bit(argv[++i]);
+            if (m_target.isEmpty())
                 m_error = QStringLiteral("--export-rtf needs a folder");
         } else if (argument == QLatin1String("--mailto")) {
             commands << Mode::Mailto;
         } else if (argument == QLatin1String("--print-pdf")) {
             commands << Mode::PrintPdf;
             if (i + 1 < argc)
-                m_folder = QString::fromLocal8Bit(argv[++i]);
-            if (m_folder.isEmpty())
+                m_target = QString::fromLocal8Bit(argv[++i]);
+            if (m_target.isEmpty())
                 m_error = QStringLiteral("--print-pdf needs a file");
         } else if (argument == QLatin1String("--scope")) {
             if (i + 1 < argc)
@@ -217,11 +217,11 @@ int GRCommandLine::exportRtf(GRGroceryDatabase &database) const
     GRPrefController::sharedInstance(); // reads the user's key names
     BuildKeyStrings();
     QString reason;
-    if (GRListExport::exportToFolder(database, m_folder, &reason))
+    if (GRListExport::exportToFolder(database, m_target, &reason))
         return 0;
     writeOut(stderr,
              QStringLiteral("groceries: Export failed. I could not export the grocery list to %1 (%2).\n")
-                 .arg(QDir(m_folder).filePath(QLatin1String(GRListExport::FileName)), reason));
+                 .arg(QDir(m_target).filePath(QLatin1String(GRListExport::FileName)), reason));
     return 1;
 }
 
@@ -262,19 +262,18 @@ int GRCommandLine::printPdf(GRGroceryDatabase &database) const
         }
         scope = GRPrintScope::OneStore;
         storeGuid = (*found)->guid();
-    } else if (scope == GRPrintScope::OneStore && !database.storeForGuid(storeGuid) &&
-               !database.stores().isEmpty()) {
+    } else if (scope == GRPrintScope::OneStore) {
         // The store last printed is not remembered between runs; the print window then offers the first.
-        storeGuid = database.stores().first()->guid();
+        storeGuid = GRPrintPagination::storeGuidOrFirst(database, storeGuid);
     }
 
     GRPrintView view(database);
     view.setScope(scope, storeGuid, m_ignorePageStarts || preferences.ignorePageStarts());
     view.setPrintFont(preferences.printFont());
     QString reason;
-    if (view.writePdf(m_folder, preferences.printInfo().pageLayout(), preferences.printInfo().scale(), &reason))
+    if (view.writePdf(m_target, preferences.printInfo().pageLayout(), preferences.printInfo().scale(), &reason))
         return 0;
-    writeOut(stderr, QStringLiteral("groceries: could not write %1 (%2)\n").arg(m_folder, reason));
+    writeOut(stderr, QStringLiteral("groceries: could not write %1 (%2)\n").arg(m_target, reason));
     return 1;
 }
 

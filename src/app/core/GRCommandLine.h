@@ -7,8 +7,9 @@ class GRGroceryDatabase;
 
 // The program's command line. Without arguments it starts the window; --help, --version,
 // --list [--needed] (the grocery list on standard output), --export-rtf FOLDER, --mailto and
-// --print-pdf FILE [--scope entire|needed|store=NAME] [--ignore-page-starts] run without one and write nothing to the database, its backup or the settings. Anything else is a usage error:
-// the usage on standard error and status 2.
+// --print-pdf FILE [--scope entire|needed|store=NAME] [--ignore-page-starts] run without one and
+// write nothing to the database, its backup or the settings. Anything else is a usage error: the
+// usage on standard error and status 2.
 class GRCommandLine
 {
 public:
@@ -27,14 +28,6 @@ public:
     GRCommandLine(int argc, char *argv[]);
 
     Mode mode() const { return m_mode; }
-    bool neededOnly() const { return m_neededOnly; }
-    // The folder of --export-rtf, the file of --print-pdf.
-    const QString &folder() const { return m_folder; }
-    // --scope's value, empty when not given.
-    const QString &scope() const { return m_scope; }
-    bool ignorePageStarts() const { return m_ignorePageStarts; }
-    // What was wrong with the arguments, for a usage error.
-    const QString &error() const { return m_error; }
 
     // Runs a command that needs no window; the exit status.
     int run(int argc, char *argv[]) const;
@@ -56,9 +49,9 @@ private:
     int printPdf(GRGroceryDatabase &database) const;
 
     Mode m_mode = Mode::Window;
-    QString m_folder;
+    QString m_target; // the folder of --export-rtf, the file of --print-pdf
     bool m_neededOnly = false;
     QString m_scope;
     bool m_ignorePageStarts = false;
-    QString m_error;
+    QString m_error; // what was wrong with the arguments
 };

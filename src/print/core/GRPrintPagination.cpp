@@ -48,16 +48,21 @@ void GRPrintPagination::setAisleOrderTable(const QList<qint64> &aisleOrder)
         m_aisleOrder[size_t(i)] = aisleOrder[i];
 }
 
-void GRPrintPagination::setColumnCount(quint64 columnCount)
+QString GRPrintPagination::storeGuidOrFirst(const GRGroceryDatabase &database, const QString &guid)
 {
-    m_columnCount = std::max<quint64>(columnCount, 1);
-    m_columnWidth = std::floor((m_pageSize.width() - double(m_columnCount - 1) * Gutter) / double(m_columnCount));
+    if (!guid.isEmpty() && database.storeForGuid(guid))
+        return guid;
+    return database.stores().isEmpty() ? QString() : database.stores().first()->guid();
 }
 
 void GRPrintPagination::layout()
 {
     setAisleOrderTable(m_database.aisleOrder());
-    setColumnCount(m_database.columnCount());
+    m_printOptions.clear();
+    for (const GRStorePtr &store : m_database.stores())
+        m_printOptions.append(store->printOption());
+    m_columnCount = std::max<quint64>(m_database.columnCount(), 1);
+    m_columnWidth = std::floor((m_pageSize.width() - double(m_columnCount - 1) * Gutter) / double(m_columnCount));
     const double lines = m_pageSize.height() / double(m_lineHeight);
     m_linesPerPage = std::max<quint64>(lines > 0 ? quint64(lines) : 0, MinimumLinesPerPage);
     m_pages.clear();
@@ -77,7 +82,8 @@ void GRPrintPagination::layout()
     m_effectiveScope = scope;
 
     QList<GRPrintItem> entries = itemEntries(scope, chosen);
-    sortEntries(entries);
+    std::stable_sort(entries.begin(), entries.end(),
+                     [this](const GRPrintItem &a, const GRPrintItem &b) { return compare(a, b) < 0; });
     preliminaryLayout(entries, scope);
     for (qsizetype page = m_pages.size() - 1; page >= 0; --page)
         layoutPage(page);
@@ -116,17 +122,11 @@ QList<GRPrintItem> GRPrintPagination::itemEntries(GRPrintScope scope, const GRSt
     return entries;
 }
 
-void GRPrintPagination::sortEntries(QList<GRPrintItem> &entries) const
-{
-    std::stable_sort(entries.begin(), entries.end(),
-                     [this](const GRPrintItem &a, const GRPrintItem &b) { return compare(a, b) < 0; });
-}
-
 int GRPrintPagination::compare(const GRPrintItem &a, const GRPrintItem &b) const
 {
     if (a.storeIndex() != b.storeIndex())
         return a.storeIndex() < b.storeIndex() ? -1 : 1;
-    const qint32 option = m_database.stores().value(qsizetype(a.storeIndex()))->printOption();
+    const qint32 option = m_printOptions[qsizetype(a.storeIndex())];
     if (option == 0 && a.categoryIndex() != b.categoryIndex())
         return a.categoryIndex() < b.categoryIndex() ? -1 : 1;
     if (option == 1 && a.aisle() != b.aisle())
@@ -178,7 +178,7 @@ void GRPrintPagination::preliminaryLayout(const QList<GRPrintItem> &sortedEntrie
                 page.clear();
             }
             page.append(GRPrintItem(Type::StoreHeading, store.name(), entry.storeIndex()));
-            grouping = store.printOption();
+            grouping = m_printOptions[qsizetype(entry.storeIndex())];
             groupKnown = false;
         }
         if (grouping == 0) {
@@ -222,7 +222,7 @@ void GRPrintPagination::preliminaryLayout(const QList<GRPrintItem> &sortedEntrie
         key.setCategoryIndex(legendCategory);
         legend.append(key);
     }
-    if (stores[qsizetype(legendStore)]->printOption() == 2)
+    if (m_printOptions[qsizetype(legendStore)] == 2)
         legend.append(GRPrintItem(Type::GroupHeading, QStringLiteral("Items"), legendStore));
     QList<GRPrintItem> &first = m_pages.first();
     for (qsizetype i = 0; i < legend.size(); ++i)

@@ -43,17 +43,17 @@ public:
     // The scope the last layout printed: one store whose GUID no store has prints everything.
     GRPrintScope effectiveScope() const { return m_effectiveScope; }
 
-    // The steps of layout(), open for tests.
+    // The store a one-store print offers: the one remembered by guid, else the first store (its
+    // GUID; empty when there are no stores).
+    static QString storeGuidOrFirst(const GRGroceryDatabase &database, const QString &guid);
+
+private:
     QList<GRPrintItem> itemEntries(GRPrintScope scope, const GRStore *chosenStore) const;
     // Negative, zero or positive as a prints before, with or after b.
     int compare(const GRPrintItem &a, const GRPrintItem &b) const;
-    void sortEntries(QList<GRPrintItem> &entries) const;
     void preliminaryLayout(const QList<GRPrintItem> &sortedEntries, GRPrintScope scope);
     void layoutPage(qsizetype pageIndex);
     void setAisleOrderTable(const QList<qint64> &aisleOrder);
-    void setColumnCount(quint64 columnCount);
-
-private:
     int compareAisles(qint64 x, qint64 y) const;
     qsizetype aislePlace(qint64 aisle) const;
     // Lays out one page; the index where it must break, or -1 when everything fitted.
@@ -70,5 +70,7 @@ private:
     quint64 m_columnCount = 1;
     double m_columnWidth = 0;
     std::array<qint64, 7> m_aisleOrder{};
+    // Each store's print option, read once per layout rather than at every comparison.
+    QList<qint32> m_printOptions;
     QList<QList<GRPrintItem>> m_pages;
 };

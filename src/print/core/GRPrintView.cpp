@@ -51,7 +51,6 @@ GRPrintView::GRPrintView(const GRGroceryDatabase &database) : m_pagination(datab
 
 void GRPrintView::setScope(GRPrintScope scope, const QString &storeGuid, bool ignorePageStarts)
 {
-    m_scope = scope;
     m_pagination.setScope(scope, storeGuid, ignorePageStarts);
 }
 

@@ -51,7 +51,6 @@ public:
 
 private:
     GRPrintPagination m_pagination;
-    GRPrintScope m_scope = GRPrintScope::EntireList;
     QFont m_font;
     double m_scale = 1;
 };

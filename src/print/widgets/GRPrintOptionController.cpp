@@ -2,6 +2,7 @@
 
 #include "GRGroceryDatabase.h"
 #include "GRPrefController.h"
+#include "GRPrintPagination.h"
 #include "GRPrintScope.h"
 #include "GRStore.h"
 #include "ui_PrintOptionsView.h"
@@ -31,21 +32,19 @@ void GRPrintOptionController::fillControls()
 {
     QComboBox *popup = m_ui->storePopup;
     popup->clear();
+    // A remembered store that is gone gives way to the first one, and that is remembered instead.
+    const QString guid = GRPrintPagination::storeGuidOrFirst(m_database, m_storeGuid);
+    if (!guid.isEmpty() && guid != m_storeGuid) {
+        m_storeGuid = guid;
+        m_preferences.setPrintStoreGuid(guid);
+    }
     int selected = -1;
-    const QList<GRStorePtr> &stores = m_database.stores();
-    for (const GRStorePtr &store : stores) {
+    for (const GRStorePtr &store : m_database.stores()) {
         popup->addItem(store->name());
-        if (selected < 0 && !m_storeGuid.isEmpty() && store->guid() == m_storeGuid)
-            selected = int(popup->count()) - 1;
+        if (selected < 0 && store->guid() == guid)
+            selected = popup->count() - 1;
     }
-    if (selected >= 0) {
-        popup->setCurrentIndex(selected);
-    } else if (!stores.isEmpty()) {
-        // The remembered store is gone: fall back to the first one and remember that instead.
-        popup->setCurrentIndex(0);
-        m_storeGuid = stores.first()->guid();
-        m_preferences.setPrintStoreGuid(m_storeGuid);
-    }
+    popup->setCurrentIndex(selected);
     m_ui->ignorePageStartButton->setChecked(m_preferences.ignorePageStarts());
     updateControls();
 }

@@ -19,6 +19,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <tuple>
 
 namespace {
 
@@ -56,22 +57,23 @@ GRPrintPreviewWindow::GRPrintPreviewWindow(const GRGroceryDatabase &database, GR
 
     m_preview = new QPrintPreviewWidget(&m_printer, this);
     m_preview->setZoomMode(QPrintPreviewWidget::FitToWidth);
-    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, &GRPrintPreviewWindow::paintPages);
+    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter *printer) { printTo(*printer); });
 
     auto *zoom = new QToolBar(this);
-    const std::pair<QString, std::function<void()>> zoomActions[] = {
-        {tr("Fit Width"), [this] { m_preview->fitToWidth(); }},
-        {tr("Fit Page"), [this] { m_preview->fitInView(); }},
-        {tr("Zoom Out"), [this] { m_preview->zoomOut(); }},
-        {tr("Zoom In"), [this] { m_preview->zoomIn(); }},
+    const std::tuple<QString, QKeySequence, std::function<void()>> zoomActions[] = {
+        {tr("Fit Width"), QKeySequence(), [this] { m_preview->fitToWidth(); }},
+        {tr("Fit Page"), QKeySequence(), [this] { m_preview->fitInView(); }},
+        {tr("Zoom Out"), QKeySequence::ZoomOut, [this] { m_preview->zoomOut(); }},
+        {tr("Zoom In"), QKeySequence::ZoomIn, [this] { m_preview->zoomIn(); }},
     };
-    for (const auto &[text, run] : zoomActions)
-        connect(zoom->addAction(text), &QAction::triggered, this, run);
-    zoom->actions()[2]->setShortcut(QKeySequence::ZoomOut);
-    zoom->actions()[3]->setShortcut(QKeySequence::ZoomIn);
+    for (const auto &[text, shortcut, run] : zoomActions) {
+        QAction *action = zoom->addAction(text);
+        action->setShortcut(shortcut);
+        connect(action, &QAction::triggered, this, run);
+    }
 
     m_scale = new QSpinBox(this);
-    m_scale->setRange(int(GRPrintSettings::MinScale * 100) + 9, 400);
+    m_scale->setRange(10, 400);
     m_scale->setSuffix(QStringLiteral(" %"));
     m_scale->setValue(int(std::lround(m_preferences.printInfo().scale() * 100)));
     connect(m_scale, &QSpinBox::valueChanged, this, [this](int percent) {
@@ -129,11 +131,6 @@ void GRPrintPreviewWindow::installOptions()
 void GRPrintPreviewWindow::applyPageLayout()
 {
     m_printer.setPageLayout(GRPrintView::printPageLayout(m_preferences.printInfo().pageLayout()));
-}
-
-void GRPrintPreviewWindow::paintPages(QPrinter *printer)
-{
-    printTo(*printer);
 }
 
 bool GRPrintPreviewWindow::printTo(QPrinter &printer)

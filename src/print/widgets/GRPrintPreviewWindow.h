@@ -53,7 +53,6 @@ signals:
 private:
     void installOptions();
     void applyPageLayout();
-    void paintPages(QPrinter *printer);
     void refresh();
     void updateSummary();
 
