@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GRCleanName.h"
 #include "GRTypes.h"
 
 #include <QList>
@@ -20,7 +21,8 @@ public:
     GRCategoryPtr copy() const;
 
     const QString &name() const { return m_name; }
-    void setName(const QString &name) { m_name = name; }
+    // Cleaned, whichever way the name comes in: file, pasteboard, sheet or dialog.
+    void setName(const QString &name) { m_name = GRCleanName(name); }
     const QString &guid() const { return m_guid; }
     void setGuid(const QString &guid) { m_guid = guid; }
     QList<GRItemPtr> &items() { return m_items; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GRCleanName.h"
 #include "GRTypes.h"
 
 #include <QString>
@@ -26,7 +27,8 @@ public:
     QString displayName() const;
 
     const QString &name() const { return m_name; }
-    void setName(const QString &name) { m_name = name; }
+    // Cleaned, whichever way the name comes in: file, pasteboard, sheet or dialog.
+    void setName(const QString &name) { m_name = GRCleanName(name); }
     GRCategoryPtr category() const { return m_category.lock(); }
     void setCategory(const GRCategoryPtr &category) { m_category = category; }
     const GRStorePtr &store() const { return m_store; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GRCleanName.h"
 #include "GRTypes.h"
 #include "Kolor.h"
 
@@ -20,7 +21,8 @@ public:
     GRStorePtr copy() const; // keeps the GUID
 
     const QString &name() const { return m_name; }
-    void setName(const QString &name) { m_name = name; }
+    // Cleaned, whichever way the name comes in: file, pasteboard, sheet or dialog.
+    void setName(const QString &name) { m_name = GRCleanName(name); }
     const QString &guid() const { return m_guid; }
     void setGuid(const QString &guid) { m_guid = guid; }
     Kolor kolor() const { return m_kolor; }

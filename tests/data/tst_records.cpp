@@ -137,6 +137,47 @@ private slots:
         QCOMPARE(reread("<category>0</category><store>3</store>"), name + none + "</item>");
     }
 
+    // Every record keeps the name a save writes and a reload reads, whichever way it came in.
+    void namesAreCleaned_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("plain") << "Oat milk"
+                               << "Oat milk";
+        QTest::newRow("tab and line break inside") << "Oat\tmilk\r\n2%"
+                                                   << "Oat milk  2%";
+        QTest::newRow("around") << " \tMilk\n"
+                                << "Milk";
+        QTest::newRow("C0, DEL and C1") << QString("a\x01"
+                                                   "b\x7f"
+                                                   "c") +
+                                               QChar(0x85) + "d"
+                                        << "a b c d";
+        QTest::newRow("lone surrogates")
+            << QString("pear") + QChar(0xDC00) + QChar(0xD800) + "!" + QChar(0xDBFF)
+            << QString("pear") + QChar(0xFFFD) + QChar(0xFFFD) + "!" + QChar(0xFFFD);
+        QTest::newRow("pair kept") << QString::fromUtf8("Pear \xF0\x9F\x8D\x90")
+                                   << QString::fromUtf8("Pear \xF0\x9F\x8D\x90");
+        QTest::newRow("nothing left") << "\t\n"
+                                      << "";
+    }
+
+    void namesAreCleaned()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, kept);
+        GRItem item;
+        item.setName(given);
+        QCOMPARE(item.name(), kept);
+        GRStorePtr store = GRStore::create();
+        store->setName(given);
+        QCOMPARE(store->name(), kept);
+        GRCategoryPtr category = GRCategory::create();
+        category->setName(given);
+        QCOMPARE(category->name(), kept);
+        QCOMPARE(GRCleanName(kept), kept);
+    }
+
     // The undo snapshots.
     void copies()
     {
