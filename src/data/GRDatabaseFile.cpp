@@ -1,6 +1,8 @@
 #include "GRDatabaseFile.h"
 
 #include "GRCategory.h"
+#include "GRDatabaseLock.h"
+#include "GRDiskStamp.h"
 #include "GRGroceryDatabase.h"
 #include "GRItem.h"
 #include "GRPosixFileOps.h"
@@ -25,6 +27,7 @@
 
 bool g_dirty = false;
 QString g_databasePath;
+GRDiskStamp g_databaseStamp;
 
 namespace {
 
@@ -51,6 +54,31 @@ void saveFailedAlert()
 {
     MGAlert::sharedInstance().giveAlertMessage(QStringLiteral("Save failed."),
                                                QStringLiteral("I can't save the groceries database."), {});
+}
+
+// Another program changed the file since this copy read it: replace its changes only when the
+// user says so (they are kept as the backup either way).
+bool overwriteChangedFile(const QString &path)
+{
+    MGLog(QStringLiteral("Database %1 changed on disk since it was read").arg(path));
+    const int answer = MGAlert::sharedInstance().giveAlertMessage(
+        QStringLiteral("The groceries database changed on disk."),
+        QStringLiteral(
+            "Another program changed \u201C%1\u201D since Groceries read it. If you save, this list "
+            "replaces those changes; the file as it is now is kept as \u201C%2\u201D.")
+            .arg(DatabaseFileName, BackupFileName),
+        {QStringLiteral("Cancel"), QStringLiteral("Save Anyway")});
+    return answer == 1;
+}
+
+// Where a save writes: through a symbolic link to the file it names, so the link stays a link.
+QString writeTarget(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isSymLink())
+        return path;
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? info.symLinkTarget() : canonical;
 }
 
 bool isAisleOrder(const QList<qint64> &order)
@@ -389,10 +417,12 @@ bool SaveGroceries(const GRGroceryDatabase &database)
         saveFailedAlert();
         return false;
     }
+    if (!g_databaseStamp.matches(path) && !overwriteChangedFile(path))
+        return false;
     const QString backupPath = DatabaseBackupPath(path);
 
     GRSafeWriter writer(fileOps());
-    if (!writer.save(path, backupPath, GroceriesXml(database).toUtf8())) {
+    if (!writer.save(writeTarget(path), backupPath, GroceriesXml(database).toUtf8())) {
         if (writer.failure() == GRSafeWriter::BackupFailed) {
             MGLog(QStringLiteral("Can't rename previous version %1 to %2: %3")
                       .arg(path, backupPath, writer.reason()));
@@ -407,9 +437,37 @@ bool SaveGroceries(const GRGroceryDatabase &database)
         return false;
     }
 
+    g_databaseStamp = GRDiskStamp::ofFile(path);
     g_dirty = false;
     prefs().setDirty(false);
     MGUndoManager::sharedInstance().clearUndo(); // no undo crosses a save
+    return true;
+}
+
+bool LockDatabaseFolder(GRDatabaseLock &lock)
+{
+    switch (lock.acquire()) {
+    case GRDatabaseLock::Result::Unavailable:
+        MGLog(QStringLiteral("Can't lock %1; saving goes on without the lock").arg(lock.path()));
+        return true;
+    case GRDatabaseLock::Result::HeldElsewhere:
+        MGLog(QStringLiteral("Database %1 is open elsewhere: %2").arg(lock.folder(), lock.holder()));
+        MGAlert::sharedInstance().giveAlertMessage(
+            QStringLiteral("The grocery list is open elsewhere."),
+            QStringLiteral("Another copy of Groceries (%1) has the list open. Only one copy at a time can "
+                           "change it, so this one closes and leaves the list as it is.")
+                .arg(lock.holder()),
+            {});
+        return false;
+    case GRDatabaseLock::Result::Acquired:
+        break;
+    }
+    // With the lock held no save is under way, so a temporary file here is what a crash left.
+    const QDir dir(lock.folder());
+    const QStringList leftovers = dir.entryList({QLatin1Char('.') + DatabaseFileName + QLatin1String(".*")},
+                                                QDir::Files | QDir::Hidden);
+    for (const QString &name : leftovers)
+        QFile::remove(dir.filePath(name));
     return true;
 }
 
@@ -455,6 +513,8 @@ GROpenResult OpenGroceryDatabase(GRGroceryDatabase &database, const QString &fol
     }
     QDir().mkpath(folder);
     g_databasePath = folder + QLatin1Char('/') + DatabaseFileName;
+    // Taken before reading: a change made while reading makes the first save ask.
+    g_databaseStamp = GRDiskStamp::ofFile(g_databasePath);
 
     GRReadReport report;
     if (QFileInfo::exists(g_databasePath) && ReadModernDatabase(g_databasePath, database, &report)) {

@@ -5,6 +5,8 @@
 
 #include <functional>
 
+class GRDatabaseLock;
+class GRDiskStamp;
 class GRFileOps;
 class GRGroceryDatabase;
 class MGXmlDecoder;
@@ -15,6 +17,10 @@ extern bool g_dirty;
 bool DatabaseChanged();
 // Full path of "Groceries.xml"; set once at start-up, SaveGroceries writes there.
 extern QString g_databasePath;
+
+// The database file as this copy of the program last read or wrote it: SaveGroceries asks before
+// replacing a file that another program changed since. Set by OpenGroceryDatabase.
+extern GRDiskStamp g_databaseStamp;
 
 // The folder "Marlowick" in the user's data location; empty when the platform reports none.
 QString DatabaseFolder();
@@ -49,12 +55,19 @@ bool IsReadableDatabase(const QString &path);
 // The whole document of the database, exactly the text a save writes.
 QString GroceriesXml(const GRGroceryDatabase &database);
 // Writes GroceriesXml() to g_databasePath, keeping the previous version as "Groceries~.xml".
-// On success clears g_dirty and the preferences' dirty flag and empties the undo history.
+// On success clears g_dirty and the preferences' dirty flag and empties the undo history. When
+// the file changed on disk since it was read, asks first; a database path that is a symbolic
+// link is written through, so the link stays.
 bool SaveGroceries(const GRGroceryDatabase &database);
 
 // The file-system operations SaveGroceries goes through; nullptr restores the real ones. The
 // caller keeps ownership.
 void SetDatabaseFileOps(GRFileOps *ops);
+
+// Takes the data folder's lock for this copy of the program and clears what an interrupted save
+// left behind. False, once the user has been told the list is open elsewhere, when another
+// running copy holds it; a folder where no lock can be made is used without one.
+bool LockDatabaseFolder(GRDatabaseLock &lock);
 
 // Template numbers answered by the template dialog.
 enum GRTemplateOption

@@ -2,6 +2,7 @@
 
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRDiskStamp.h"
 #include "GRGroceryDatabase.h"
 #include "GRItem.h"
 #include "GRPrefController.h"
@@ -61,6 +62,7 @@ QString GRTestSupport::dataPath(const QString &relative)
 void GRTestSupport::resetState()
 {
     g_dirty = false;
+    g_databaseStamp = GRDiskStamp();
     GRPrefController::sharedInstance().setDirty(false);
     MGAlert &alert = MGAlert::sharedInstance();
     alert.clearNextAnswers();

@@ -1,6 +1,7 @@
 #include "GRAppController.h"
 
 #include "GRDatabaseFile.h"
+#include "GRDatabaseLock.h"
 #include "GRGroceryQueries.h"
 #include "GRGroupsController.h"
 #include "GRKeyNames.h"
@@ -66,6 +67,8 @@ GRAppController::GRAppController() : m_undo(m_database, m_displayItems)
         [this](const QVariantMap &) { GRPrefController::sharedInstance().updateCategories(m_database); });
 }
 
+GRAppController::~GRAppController() = default;
+
 void GRAppController::setTemplateChooser(std::function<int(bool)> chooser)
 {
     m_templateChooser = std::move(chooser);
@@ -81,9 +84,17 @@ bool GRAppController::applicationDidFinishLaunching()
     RegisterGroceryTags();
 
     const auto chooser = m_templateChooser ? m_templateChooser : &GRTemplateDialog::selectTemplate;
-    switch (OpenGroceryDatabase(m_database, DatabaseFolder(), chooser)) {
+    const QString folder = DatabaseFolder();
+    if (!folder.isEmpty()) {
+        QDir().mkpath(folder);
+        m_lock = std::make_unique<GRDatabaseLock>(folder);
+        if (!LockDatabaseFolder(*m_lock))
+            return false;
+    }
+    switch (OpenGroceryDatabase(m_database, folder, chooser)) {
     case GROpenResult::Quit:
     case GROpenResult::StartupFailed:
+        m_lock.reset();
         return false;
     case GROpenResult::Loaded:
     case GROpenResult::Created:
@@ -150,6 +161,7 @@ void GRAppController::applicationWillTerminate()
 {
     GRPrefController::sharedInstance().savePreferences();
     delete m_preferences; // a window of its own, not owned by the main window
+    m_lock.reset();       // this controller is never destroyed, so the lock file goes here
 }
 
 bool GRAppController::commitData(bool allowsInteraction)

@@ -11,7 +11,9 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
+class GRDatabaseLock;
 class GRPreferencesWindow;
 class GRWindowController;
 class QAction;
@@ -91,6 +93,7 @@ signals:
 
 private:
     GRAppController();
+    ~GRAppController() override;
 
     GRGroceryDatabase m_database;
     QList<GRItemPtr> m_displayItems;
@@ -99,5 +102,6 @@ private:
     QPointer<GRPreferencesWindow> m_preferences;
     std::function<int(bool)> m_templateChooser;
     QString m_nextExportFolder;
+    std::unique_ptr<GRDatabaseLock> m_lock; // held from start-up to quitting
     bool m_launched = false;
 };
