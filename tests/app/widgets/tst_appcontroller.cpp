@@ -1,6 +1,7 @@
 #include "GRAppController.h"
 #include "GRCategory.h"
 #include "GRDatabaseFile.h"
+#include "GRDatabaseLock.h"
 #include "GRGroceryEdits.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
@@ -47,11 +48,30 @@ private slots:
         QApplication::setQuitOnLastWindowClosed(false);
     }
 
-    // One process launches once, so the cancelled start comes first.
+    // One process launches once, so the starts that stop come first. The lock of each is given
+    // back, or the next one could not start.
+    void secondCopyLeavesTheListAlone()
+    {
+        QDir(DatabaseFolder()).removeRecursively(); // left by an earlier run
+        QVERIFY(QDir().mkpath(DatabaseFolder()));
+        const QString path = DatabaseFolder() + QLatin1String("/Groceries.xml");
+        QVERIFY(TS::writeFile(path, TS::sampleDatabase()));
+        TS::resetState();
+        GRDatabaseLock other(DatabaseFolder());
+        QCOMPARE(other.acquire(), GRDatabaseLock::Result::Acquired);
+        QVERIFY(!GRAppController::sharedInstance().applicationDidFinishLaunching());
+        QVERIFY(!GRAppController::sharedInstance().windowController());
+        QCOMPARE(TS::alerts().size(), 1);
+        QVERIFY(TS::alerts().first().startsWith(QLatin1String("The grocery list is open elsewhere.|")));
+        QCOMPARE(TS::readFile(path), TS::sampleDatabase());
+        QCOMPARE(QDir(DatabaseFolder()).entryList(QDir::Files | QDir::Hidden),
+                 (QStringList{"Groceries.lock", "Groceries.xml"}));
+    }
+
     void cancelledTemplateQuits()
     {
         GRAppController &app = GRAppController::sharedInstance();
-        QDir(DatabaseFolder()).removeRecursively(); // left by an earlier run
+        QDir(DatabaseFolder()).removeRecursively();
         TS::resetState();
         QTimer::singleShot(50, [] {
             if (QWidget *dialog = QApplication::activeModalWidget())
