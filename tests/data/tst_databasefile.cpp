@@ -2,7 +2,6 @@
 #include "GRDatabaseFile.h"
 #include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRPosixFileOps.h"
 #include "GRPrefController.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
@@ -13,8 +12,6 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <unistd.h>
 
 namespace {
 
@@ -118,45 +115,6 @@ QString describe(const GRGroceryDatabase &lists)
 // clang-format off
 struct OpenRow { QByteArray main, backup; int answer; bool offered; QString stores; bool newer; };
 // clang-format on
-
-// Fails the named file-system steps ("+" between several) the way a broken or full device would.
-class FaultyFileOps : public GRPosixFileOps
-{
-public:
-    using S = const QString &;
-    using P = GRPosixFileOps;
-    explicit FaultyFileOps(S failing) : m_failing(failing.split(u'+')) {}
-
-    int createTemporary(S folder, S base, QString *path, QString *e) override
-    {
-        return fails("create", e) ? -1 : P::createTemporary(folder, base, path, e);
-    }
-    qint64 write(int h, const char *data, qint64 size, QString *e) override
-    {
-        // A short count is how a full device answers.
-        const qint64 taken = m_failing.contains(QLatin1String("short")) ? qMin<qint64>(size, 100) : size;
-        return fails("write", e) ? -1 : P::write(h, data, taken, e);
-    }
-    bool sync(int h, QString *e) override { return !fails("sync", e) && P::sync(h, e); }
-    bool close(int h, QString *e) override { return P::close(h, e) && !fails("close", e); }
-    bool link(S f, S t, QString *e) override { return !fails("backup", e) && P::link(f, t, e); }
-    bool copy(S f, S t, QString *e) override { return !fails("backup", e) && P::copy(f, t, e); }
-    bool rename(S f, S t, QString *e) override
-    {
-        return !fails(f.endsWith(u"~.xml") ? "restore" : "rename", e) && P::rename(f, t, e);
-    }
-    bool syncFolder(S f, QString *e) override { return !fails("syncFolder", e) && P::syncFolder(f, e); }
-
-private:
-    bool fails(const char *step, QString *error) const
-    {
-        const bool failing = m_failing.contains(QLatin1String(step));
-        if (failing && error)
-            *error = QStringLiteral("Injected failure");
-        return failing;
-    }
-    QStringList m_failing;
-};
 
 } // namespace
 
@@ -333,79 +291,6 @@ private slots:
         QCOMPARE(TS::readFile(DatabaseBackupPath(g_databasePath)), third);
         QCOMPARE(files(), (QStringList{"Groceries.xml", "Groceries~.xml"}));
         QVERIFY(MGAlert::sharedInstance().shownAlerts().isEmpty());
-    }
-
-    void failedSaveLeavesFileAlone_data()
-    {
-        QTest::addColumn<QString>("failing"); // file-system steps, or an obstacle in the real one's way
-        QTest::addColumn<bool>("hasPrevious");
-        QTest::addColumn<QString>("logLine"); // %1 the database, %2 the backup
-
-        const QString write = QStringLiteral("Can't write database %1: ");
-        const QString backup = QStringLiteral("Can't rename previous version %1 to %2: ");
-        const QString shortWrite = QStringLiteral("Can't write database %1: only 100 of ");
-        // clang-format off
-        QTest::newRow("temporary file refused") << "create" << true << write;
-        QTest::newRow("write error") << "write" << true << write;
-        QTest::newRow("flush") << "sync" << true << write;
-        QTest::newRow("close") << "close" << true << write;
-        QTest::newRow("backup") << "backup" << true << backup;
-        QTest::newRow("rename") << "rename" << true << write;
-        QTest::newRow("folder flush") << "syncFolder" << true << write;
-        QTest::newRow("folder flush, first save") << "syncFolder" << false << write;
-        QTest::newRow("folder flush and restore") << "syncFolder+restore" << true << "Can't restore database after failure %2: ";
-        QTest::newRow("short write") << "short" << true << shortWrite;
-        QTest::newRow("short write, first save") << "short" << false << shortWrite;
-        QTest::newRow("folder in the way") << "folder" << false << backup;
-        QTest::newRow("read-only folder") << "readonly" << true << write;
-        // clang-format on
-    }
-
-    void failedSaveLeavesFileAlone()
-    {
-        QFETCH(QString, failing);
-        QFETCH(bool, hasPrevious);
-        QFETCH(QString, logLine);
-
-        const bool restoreFails = failing.endsWith(QLatin1String("restore")), folder = failing == "folder";
-        if (failing == "readonly" && geteuid() == 0)
-            QSKIP("root writes into read-only folders; the \"temporary file refused\" row stands in");
-        const QByteArray previous = "previous version, not even XML\n";
-        QVERIFY(!hasPrevious || TS::writeFile(g_databasePath, previous));
-        QVERIFY(!folder || QDir().mkpath(g_databasePath));
-        CreateMinimalDatabase(m_database);
-        g_dirty = true;
-        GRPrefController::sharedInstance().setDirty(true);
-
-        const QFileDevice::Permissions writable = QFile::permissions(m_dir->path());
-        if (failing == "readonly")
-            QFile::setPermissions(m_dir->path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-        FaultyFileOps ops(failing);
-        SetDatabaseFileOps(&ops);
-        MGAlert::sharedInstance().setNextAnswer(0);
-        GRLogCapture log;
-        QVERIFY(!SaveGroceries(m_database));
-
-        if (!restoreFails)
-            QCOMPARE(TS::readFile(g_databasePath), hasPrevious ? previous : QByteArray());
-        QCOMPARE(QFile::exists(g_databasePath), hasPrevious || restoreFails || folder);
-        QCOMPARE(QFileInfo(g_databasePath).isDir(), folder);
-        const QStringList leftovers =
-            QDir(m_dir->path()).entryList({QStringLiteral(".Groceries.xml.*")}, QDir::Files | QDir::Hidden);
-        QVERIFY2(leftovers.isEmpty(), qPrintable(leftovers.join(u',')));
-        logLine.replace(QLatin1String("%1"), g_databasePath)
-            .replace(QLatin1String("%2"), DatabaseBackupPath(g_databasePath));
-        QVERIFY2(log.contains(logLine), qPrintable(log.lines().join(u'\n')));
-        QCOMPARE(log.contains(QStringLiteral("Can't restore")), restoreFails);
-        QCOMPARE(TS::alerts(), QStringList{"Save failed.|I can't save the groceries database."});
-        QVERIFY(g_dirty && GRPrefController::sharedInstance().dirty());
-
-        // Nothing stays broken: once the file system is sound again the next save goes through.
-        SetDatabaseFileOps(nullptr);
-        QFile::setPermissions(m_dir->path(), writable);
-        QVERIFY(!folder || QDir(g_databasePath).removeRecursively());
-        QVERIFY(SaveGroceries(m_database));
-        QCOMPARE(TS::readFile(g_databasePath), GroceriesXml(m_database).toUtf8());
     }
 
     void opening_data()
