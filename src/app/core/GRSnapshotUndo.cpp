@@ -24,6 +24,15 @@ GRCategoryPtr contextCategory(const std::any &context)
     return category ? *category : nullptr;
 }
 
+// Drops the items whose category is no longer in the database.
+void dropItemsOfGoneCategories(QList<GRItemPtr> &items, const GRGroceryDatabase &database)
+{
+    items.removeIf([&database](const GRItemPtr &item) {
+        const GRCategoryPtr category = item ? item->category() : nullptr;
+        return !category || database.indexOfCategory(category.get()) < 0;
+    });
+}
+
 } // namespace
 
 GRSnapshotUndo::GRSnapshotUndo(GRGroceryDatabase &database, QList<GRItemPtr> &displayItems)
@@ -120,7 +129,10 @@ bool GRSnapshotUndo::undoOrRedo(quint32 &action, quint32 descriptor, std::any &d
         if (!live)
             return false;
         categories[m_database.indexOfCategory(live.get())] = record->category;
-        SortByName(categories);
+        // Only a renamed category changes place: sorting after any other step would reorder a list
+        // that is not in name order, such as one with a new category still at its end.
+        if (live->name() != record->category->name())
+            SortByName(categories);
         record->selection = m_database.indexOfCategory(record->category.get());
         record->category = live;
         break;
@@ -142,6 +154,10 @@ bool GRSnapshotUndo::undoOrRedo(quint32 &action, quint32 descriptor, std::any &d
     record->selection = remembered;
     m_displayItems = record->displayed;
     record->displayed = shown;
+    // A list on show that spans categories (a store, every item, a search) also holds items of
+    // categories that later steps have since exchanged for copies; a change to one of those
+    // would reach nothing that is saved.
+    dropItemsOfGoneCategories(m_displayItems, m_database);
     PostRedoItems();
     MGNotificationCenter &center = MGNotificationCenter::defaultCenter();
     center.post(GRUpdateCatsNotification);

@@ -13,7 +13,6 @@
 #include "GRUndoView.h"
 #include "MGUndoManager.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <functional>
@@ -383,28 +382,6 @@ private slots:
         for (int i = 0; i < 25; ++i)
             m_undo.redo();
         QCOMPARE(f().category(1)->name(), "F26");
-    }
-
-    // Random commands, undos and redos keep every record reachable and every back-reference right.
-    void randomEditsKeepRecordsConsistent()
-    {
-        QRandomGenerator random(20240611);
-        for (int step = 0; step < 600; ++step) {
-            const int choice = random.bounded(int(std::size(Commands)) + 4);
-            if (choice < int(std::size(Commands)))
-                Commands[choice].second(f());
-            else if (choice == int(std::size(Commands)))
-                m_undo.undo();
-            else if (choice == int(std::size(Commands)) + 1)
-                m_undo.redo();
-            else
-                f().window.reloadCategoriesCore(random.bounded(int(f().db.categories().size())));
-            const QString state = f().dump();
-            QVERIFY2(!state.contains('!'), qPrintable(state));
-            QVERIFY(!f().db.stores().isEmpty() && !f().db.categories().isEmpty());
-            for (const GRItemPtr &item : f().shown)
-                QVERIFY(item && item->category());
-        }
     }
 };
 
