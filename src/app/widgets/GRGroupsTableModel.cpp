@@ -4,6 +4,7 @@
 #include "GRGroceryDatabase.h"
 #include "GRNames.h"
 #include "GRStore.h"
+#include "MGDragPasteboard.h"
 
 #include <QMimeData>
 
@@ -118,10 +119,10 @@ bool GRGroupsTableModel::dropMimeData(const QMimeData *data, Qt::DropAction acti
 {
     if (!canDropMimeData(data, action, row, column, parent))
         return false;
-    bool ok = false;
-    const qint64 itemIndex = QString::fromUtf8(data->data(GRDragPasteboardType)).trimmed().toLongLong(&ok);
-    if (!ok)
+    const std::optional<qint64> itemIndex =
+        MGDragPasteboard::integerFromData(data->data(GRDragPasteboardType));
+    if (!itemIndex)
         return false;
-    emit itemDropped(itemIndex, parent.row());
+    emit itemDropped(*itemIndex, parent.row());
     return true;
 }

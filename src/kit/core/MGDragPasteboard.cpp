@@ -1,5 +1,14 @@
 #include "MGDragPasteboard.h"
 
+std::optional<qint64> MGDragPasteboard::integerFromData(const QByteArray &text)
+{
+    bool ok = false;
+    const qint64 value = QString::fromUtf8(text).trimmed().toLongLong(&ok);
+    if (!ok)
+        return std::nullopt;
+    return value;
+}
+
 bool MGDragPasteboard::setData(const QByteArray &data, const QString &type)
 {
     setValue(data, type);

@@ -4,6 +4,8 @@
 #include <QMimeData>
 #include <QVariant>
 
+#include <optional>
+
 // The private pasteboard of a drag inside the application. It keeps every value written, in
 // order: a type written twice answers its latest value and is listed twice.
 class MGDragPasteboard : public QMimeData
@@ -19,6 +21,9 @@ public:
 
     MGDragPasteboard() = default;
     static MGDragPasteboard *dragPasteboard() { return new MGDragPasteboard; }
+    // The decimal integer that text (UTF-8, as retrieveData gives a string) holds, white space
+    // around it allowed; nothing for any other text.
+    static std::optional<qint64> integerFromData(const QByteArray &text);
 
     bool setData(const QByteArray &data, const QString &type);
     bool setString(const QString &string, const QString &type);
