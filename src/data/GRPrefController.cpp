@@ -4,8 +4,10 @@
 #include "GRKeyNames.h"
 #include "MGLog.h"
 
+#include <QFile>
 #include <QFontDatabase>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QStringList>
 
 #include <limits>
@@ -160,6 +162,33 @@ QFont LoadFontFromPrefs(const QString &key)
 
 static bool s_readOnly = false;
 
+// Qt reads the whole settings file when the first settings object is made, and decodes a value
+// written as "@Variant(" or "@DateTime(" from binary, where a damaged length makes it try to
+// allocate gigabytes. This program never writes such values, so a file holding one was damaged
+// or made by something else: it is moved aside, or when nothing may be written, not read at all.
+static void setAsideUnsafeSettingsFile()
+{
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
+                         SettingsOrganization + u'/' + SettingsApplication + QLatin1String(".conf");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QByteArray text = file.readAll();
+    file.close();
+    if (!text.contains("@Variant(") && !text.contains("@DateTime("))
+        return;
+    const QString aside = path + QLatin1String(" (damaged)");
+    if (!s_readOnly && (!QFile::exists(aside) || QFile::remove(aside)) && QFile::rename(path, aside)) {
+        MGLog(QStringLiteral("Settings file %1 holds values this program can't read safely; moved to %2")
+                  .arg(path, aside));
+        return;
+    }
+    MGLog(QStringLiteral("Settings file %1 holds values this program can't read safely; using the defaults")
+              .arg(path));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       path + QLatin1String(" (not read)")); // a folder that is never made
+}
+
 void GRPrefController::setReadOnly(bool readOnly)
 {
     s_readOnly = readOnly;
@@ -173,6 +202,7 @@ GRPrefController &GRPrefController::sharedInstance()
 
 GRPrefController::GRPrefController(QObject *parent) : QObject(parent)
 {
+    setAsideUnsafeSettingsFile();
     m_displayFont = LoadFontFromPrefs(QLatin1String(GRPrefDisplayFontKey));
     m_printFont = LoadFontFromPrefs(QLatin1String(GRPrefPrintFontKey));
 

@@ -4,8 +4,10 @@
 #include "GRPrefController.h"
 #include "GRTestSupport.h"
 
+#include <QFile>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -162,6 +164,36 @@ private slots:
         const bool warns = value.isValid() && !usable.isValid();
         QCOMPARE(log.lines().size(), warns ? 1 : 0);
         QVERIFY2(!warns || log.contains(key), qPrintable(log.lines().join(u'\n')));
+    }
+
+    // A binary value with a damaged length would make Qt's reader allocate gigabytes.
+    void unsafeSettingsFileIsNotRead_data()
+    {
+        QTest::addColumn<bool>("readOnly");
+        QTest::newRow("moved aside") << false;
+        QTest::newRow("left alone when nothing may be written") << true;
+    }
+    void unsafeSettingsFileIsNotRead()
+    {
+        QFETCH(bool, readOnly);
+        const QString path = settings().fileName();
+        const QByteArray damaged = GRTestSupport::readFile(
+            GRTestSupport::dataPath(u"../fuzz/regressions/settings/variant-huge-length.ini"_s));
+        QVERIFY(damaged.contains("@Variant("));
+        QVERIFY(GRTestSupport::writeFile(path, damaged));
+        QFile::remove(path + u" (damaged)"_s);
+        GRPrefController::setReadOnly(readOnly);
+        GRLogCapture log;
+        GRPrefController prefs;
+        GRPrefController::setReadOnly(false);
+        QCOMPARE(prefs.printScope(), 0);
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY(log.contains(u"can't read safely"_s));
+        QCOMPARE(GRTestSupport::readFile(readOnly ? path : path + u" (damaged)"_s), damaged);
+        QCOMPARE(GRTestSupport::readFile(path) == damaged, readOnly);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        QFile::remove(path);
     }
 
     void updateCategories_data()
