@@ -421,8 +421,9 @@ bool SaveGroceries(const GRGroceryDatabase &database)
         return false;
     const QString backupPath = DatabaseBackupPath(path);
 
+    const QByteArray text = GroceriesXml(database).toUtf8();
     GRSafeWriter writer(fileOps());
-    if (!writer.save(writeTarget(path), backupPath, GroceriesXml(database).toUtf8())) {
+    if (!writer.save(writeTarget(path), backupPath, text)) {
         if (writer.failure() == GRSafeWriter::BackupFailed) {
             MGLog(QStringLiteral("Can't rename previous version %1 to %2: %3")
                       .arg(path, backupPath, writer.reason()));
@@ -437,7 +438,7 @@ bool SaveGroceries(const GRGroceryDatabase &database)
         return false;
     }
 
-    g_databaseStamp = GRDiskStamp::ofFile(path);
+    g_databaseStamp = GRDiskStamp::ofWritten(path, text);
     g_dirty = false;
     prefs().setDirty(false);
     MGUndoManager::sharedInstance().clearUndo(); // no undo crosses a save
@@ -513,11 +514,12 @@ GROpenResult OpenGroceryDatabase(GRGroceryDatabase &database, const QString &fol
     }
     QDir().mkpath(folder);
     g_databasePath = folder + QLatin1Char('/') + DatabaseFileName;
-    // Taken before reading: a change made while reading makes the first save ask.
-    g_databaseStamp = GRDiskStamp::ofFile(g_databasePath);
+    // The stamp and the list come from one reading of the file, so they agree.
+    QByteArray bytes;
+    g_databaseStamp = GRDiskStamp::ofFile(g_databasePath, &bytes);
 
     GRReadReport report;
-    if (QFileInfo::exists(g_databasePath) && ReadModernDatabase(g_databasePath, database, &report)) {
+    if (g_databaseStamp.exists() && ReadModernDatabaseData(bytes, database, &report)) {
         ensureStoreAndCategory(database);
         if (report.damaged()) {
             g_dirty = true;

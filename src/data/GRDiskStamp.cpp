@@ -28,7 +28,7 @@ QByteArray GRDiskStamp::digestOf(const QString &path)
     return hash.result();
 }
 
-GRDiskStamp GRDiskStamp::ofFile(const QString &path)
+GRDiskStamp GRDiskStamp::ofStat(const QString &path)
 {
     GRDiskStamp stamp;
     stamp.m_taken = true;
@@ -39,7 +39,29 @@ GRDiskStamp GRDiskStamp::ofFile(const QString &path)
     stamp.m_size = info.st_size;
     stamp.m_modified = nanoseconds(info.st_mtim);
     stamp.m_inode = info.st_ino;
-    stamp.m_digest = digestOf(path);
+    return stamp;
+}
+
+GRDiskStamp GRDiskStamp::ofFile(const QString &path, QByteArray *contents)
+{
+    GRDiskStamp stamp = ofStat(path);
+    QFile file(path);
+    if (!stamp.m_exists || !file.open(QIODevice::ReadOnly))
+        return stamp;
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return stamp;
+    stamp.m_digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+    if (contents)
+        *contents = bytes;
+    return stamp;
+}
+
+GRDiskStamp GRDiskStamp::ofWritten(const QString &path, const QByteArray &contents)
+{
+    GRDiskStamp stamp = ofStat(path);
+    if (stamp.m_exists)
+        stamp.m_digest = QCryptographicHash::hash(contents, QCryptographicHash::Sha256);
     return stamp;
 }
 

@@ -11,8 +11,11 @@ class GRDiskStamp
 public:
     // No stamp taken: matches whatever is on disk.
     GRDiskStamp() = default;
-    // The file at path as it is now; a missing file has a stamp too.
-    static GRDiskStamp ofFile(const QString &path);
+    // The file at path as it is now; a missing file has a stamp too. The bytes read are handed
+    // out through contents, so a caller that needs them reads the file once.
+    static GRDiskStamp ofFile(const QString &path, QByteArray *contents = nullptr);
+    // The file at path just after this program wrote contents to it: nothing is read back.
+    static GRDiskStamp ofWritten(const QString &path, const QByteArray &contents);
 
     bool exists() const { return m_exists; }
     // True when the file at path now holds what this stamp saw; a file that has gone since
@@ -20,6 +23,7 @@ public:
     bool matches(const QString &path) const;
 
 private:
+    static GRDiskStamp ofStat(const QString &path);
     static QByteArray digestOf(const QString &path);
 
     bool m_taken = false;
