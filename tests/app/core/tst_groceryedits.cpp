@@ -9,8 +9,8 @@
 #include "GRSnapshotUndo.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
+#include "GRTestWindow.h"
 #include "GRUndoKinds.h"
-#include "GRUndoView.h"
 #include "MGUndoManager.h"
 
 #include <QTest>
@@ -31,34 +31,11 @@ QString names(const QList<GRItemPtr> &items)
     return list.join(',');
 }
 
-// The window as undo sees it: the selected category row and the list on show it fills.
-class FakeWindow : public GRUndoView
-{
-public:
-    FakeWindow(GRGroceryDatabase &database, QList<GRItemPtr> &shown) : m_database(database), m_shown(shown) {}
-
-    qint64 row = 0;
-    bool edited = false;
-    qint64 currentCategory() const override { return row; }
-    void cancelOperation() override {}
-    void reloadCategoriesCore(qint64 selected) override
-    {
-        row = selected;
-        m_shown = GRGroceryQueries::itemsOfGroup(m_database, false, row);
-    }
-    void deselectAll() override { row = -1; }
-    void updateEditedMark() override { edited = g_dirty || GRPrefController::sharedInstance().dirty(); }
-
-private:
-    GRGroceryDatabase &m_database;
-    QList<GRItemPtr> &m_shown;
-};
-
 struct Fixture
 {
     GRGroceryDatabase db;
     QList<GRItemPtr> shown;
-    FakeWindow window{db, shown};
+    GRTestWindow window{db, shown};
     GRSnapshotUndo undo{db, shown};
 
     GRItemPtr item(const QString &name) const

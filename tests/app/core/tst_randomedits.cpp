@@ -14,8 +14,8 @@
 #include "GRSnapshotUndo.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
+#include "GRTestWindow.h"
 #include "GRUndoKinds.h"
-#include "GRUndoView.h"
 #include "MGNotificationCenter.h"
 #include "MGUndoManager.h"
 
@@ -37,47 +37,11 @@ const QStringList Words = {"Apples",          "apples", "Bread",        "Crème 
                            "Fish & Chips",    "<Tofu>", "Tea \"Earl\"", "Milk \u2744",
                            "Rice \U0001F35A", "Salt",   "Eggs",         "Zucchini"};
 
-// The main window as undo and the commands see it: the groups table in category or store mode,
-// its selected row (-1 for none) and the list on show.
-class TestWindow : public GRUndoView
-{
-public:
-    TestWindow(GRGroceryDatabase &database, QList<GRItemPtr> &shown) : m_database(database), m_shown(shown) {}
-
-    bool storeMode = false;
-    qint64 row = 0;
-    bool edited = false;
-
-    qint64 currentCategory() const override { return storeMode ? -1 : row; }
-    void cancelOperation() override {}
-    void reloadCategoriesCore(qint64 selected) override { select(storeMode, storeMode ? 0 : selected); }
-    void deselectAll() override { row = -1; }
-    void updateEditedMark() override { edited = DatabaseChanged(); }
-    // As the groups table: a row outside it selects nothing and leaves the list on show alone.
-    void select(bool stores, qint64 selected)
-    {
-        storeMode = stores;
-        row =
-            selected < (stores ? m_database.stores().size() : m_database.categories().size()) ? selected : -1;
-        if (row >= 0)
-            m_shown = GRGroceryQueries::itemsOfGroup(m_database, storeMode, row);
-    }
-    void showItems(const QList<GRItemPtr> &items)
-    {
-        m_shown = items;
-        row = -1;
-    }
-
-private:
-    GRGroceryDatabase &m_database;
-    QList<GRItemPtr> &m_shown;
-};
-
 struct Session
 {
     GRGroceryDatabase db;
     QList<GRItemPtr> shown;
-    TestWindow window{db, shown};
+    GRTestWindow window{db, shown};
     GRSnapshotUndo undo{db, shown};
     Session()
     {
@@ -156,7 +120,7 @@ class TestRandomEdits : public QObject
         return pick(2) ? word + QString(" %1").arg(pick(40)) : word;
     }
     GRGroceryDatabase &db() { return m_s->db; }
-    TestWindow &window() { return m_s->window; }
+    GRTestWindow &window() { return m_s->window; }
     GRItemPtr shownItem() { return m_s->shown.value(pick(m_s->shown.size())); }
     void expect(bool ok, const char *what)
     {
