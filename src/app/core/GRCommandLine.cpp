@@ -12,9 +12,9 @@
 #include "GRTagKeys.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <cstdio>
@@ -54,7 +54,14 @@ void trapDisplayFailure(QtMsgType type, const QMessageLogContext &, const QStrin
 GRCommandLine::GRCommandLine(int argc, char *argv[])
 {
     QList<Mode> commands;
-    for (int i = 1; i < argc && m_error.isEmpty(); ++i) {
+    int i = 1;
+    // An option's value is the next argument; false when there is none or it is empty.
+    const auto takeValue = [&](QString &value) {
+        if (i + 1 < argc)
+            value = QString::fromLocal8Bit(argv[++i]);
+        return !value.isEmpty();
+    };
+    for (; i < argc && m_error.isEmpty(); ++i) {
         const QString argument = QString::fromLocal8Bit(argv[i]);
         if (argument == QLatin1String("--list")) {
             commands << Mode::List;
@@ -62,21 +69,16 @@ GRCommandLine::GRCommandLine(int argc, char *argv[])
             m_neededOnly = true;
         } else if (argument == QLatin1String("--export-rtf")) {
             commands << Mode::ExportRtf;
-            if (i + 1 < argc)
-                m_target = QString::fromLocal8Bit(argv[++i]);
-            if (m_target.isEmpty())
+            if (!takeValue(m_target))
                 m_error = QStringLiteral("--export-rtf needs a folder");
         } else if (argument == QLatin1String("--mailto")) {
             commands << Mode::Mailto;
         } else if (argument == QLatin1String("--print-pdf")) {
             commands << Mode::PrintPdf;
-            if (i + 1 < argc)
-                m_target = QString::fromLocal8Bit(argv[++i]);
-            if (m_target.isEmpty())
+            if (!takeValue(m_target))
                 m_error = QStringLiteral("--print-pdf needs a file");
         } else if (argument == QLatin1String("--scope")) {
-            if (i + 1 < argc)
-                m_scope = QString::fromLocal8Bit(argv[++i]);
+            takeValue(m_scope);
             if (m_scope != QLatin1String("entire") && m_scope != QLatin1String("needed") &&
                 !(m_scope.startsWith(QLatin1String("store=")) && m_scope.size() > 6))
                 m_error = QStringLiteral("--scope takes entire, needed or store=NAME");
@@ -271,7 +273,8 @@ int GRCommandLine::printPdf(GRGroceryDatabase &database) const
     view.setScope(scope, storeGuid, m_ignorePageStarts || preferences.ignorePageStarts());
     view.setPrintFont(preferences.printFont());
     QString reason;
-    if (view.writePdf(m_target, preferences.printInfo().pageLayout(), preferences.printInfo().scale(), &reason))
+    if (view.writePdf(m_target, preferences.printInfo().pageLayout(), preferences.printInfo().scale(),
+                      &reason))
         return 0;
     writeOut(stderr, QStringLiteral("groceries: could not write %1 (%2)\n").arg(m_target, reason));
     return 1;
