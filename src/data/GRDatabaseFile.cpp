@@ -465,8 +465,8 @@ bool LockDatabaseFolder(GRDatabaseLock &lock)
     }
     // With the lock held no save is under way, so a temporary file here is what a crash left.
     const QDir dir(lock.folder());
-    const QStringList leftovers = dir.entryList({QLatin1Char('.') + DatabaseFileName + QLatin1String(".*")},
-                                                QDir::Files | QDir::Hidden);
+    const QStringList leftovers =
+        dir.entryList({GRPosixFileOps::temporaryNameFilter(DatabaseFileName)}, QDir::Files | QDir::Hidden);
     for (const QString &name : leftovers)
         QFile::remove(dir.filePath(name));
     return true;

@@ -60,6 +60,11 @@ GRPosixFileOps &GRPosixFileOps::shared()
     return ops;
 }
 
+QString GRPosixFileOps::temporaryNameFilter(const QString &baseName)
+{
+    return QLatin1Char('.') + baseName + QLatin1String(".*");
+}
+
 int GRPosixFileOps::createTemporary(const QString &folder, const QString &baseName, QString *path,
                                     QString *error)
 {
@@ -68,7 +73,7 @@ int GRPosixFileOps::createTemporary(const QString &folder, const QString &baseNa
         QString suffix;
         for (int i = 0; i < 8; ++i)
             suffix += QLatin1Char(letters[QRandomGenerator::global()->bounded(int(sizeof letters - 1))]);
-        const QString candidate = folder + QLatin1String("/.") + baseName + QLatin1Char('.') + suffix;
+        const QString candidate = folder + u'/' + temporaryNameFilter(baseName).chopped(1) + suffix;
         const int fd = openRetrying(native(candidate), O_WRONLY | O_CREAT | O_EXCL, 0666);
         if (fd >= 0) {
             if (path)

@@ -8,6 +8,9 @@ class GRPosixFileOps : public GRFileOps
 public:
     static GRPosixFileOps &shared();
 
+    // The names createTemporary gives in a folder for baseName, as a wildcard filter.
+    static QString temporaryNameFilter(const QString &baseName);
+
     int createTemporary(const QString &folder, const QString &baseName, QString *path,
                         QString *error) override;
     qint64 write(int handle, const char *data, qint64 size, QString *error) override;
