@@ -25,21 +25,9 @@ class TestItemDialog : public QObject
     QList<GRItemPtr> m_shown;
     std::unique_ptr<GRSnapshotUndo> m_undo;
 
-    GRItemPtr item(const QString &name) const
-    {
-        for (const GRCategoryPtr &category : m_db->categories())
-            for (const GRItemPtr &entry : category->items())
-                if (entry->name() == name)
-                    return entry;
-        return nullptr;
-    }
+    GRItemPtr item(const QString &name) const { return GRTestSupport::item(*m_db, name); }
     QString dump() const { return GRTestSupport::dump(*m_db); }
-    QString undoTitle() const
-    {
-        QString title;
-        MGUndoManager::sharedInstance().validateState(true, &title);
-        return title;
-    }
+    static QString undoTitle() { return GRTestSupport::undoTitle(); }
     GRItemDialog *open(const GRItemPtr &edited, qint64 category = -1, qint64 store = -1)
     {
         GRItemDialog *dialog = GRItemDialog::editItem(edited, *m_db, m_shown, nullptr, category, store);
@@ -51,8 +39,7 @@ private slots:
     void initTestCase()
     {
         GRTestSupport::initEnvironment();
-        MGUndoManager::setBeepHandler([] {});
-        MGUndoManager::setModalCheck([] { return false; });
+        GRTestSupport::quietUndo();
         BuildKeyStrings();
     }
 

@@ -37,12 +37,7 @@ class TestItemCommands : public QObject
 
     GRItemPtr shown(int index) const { return m_shown.value(index); }
     QString dump() const { return GRTestSupport::dump(*m_db); }
-    QString undoTitle() const
-    {
-        QString title;
-        MGUndoManager::sharedInstance().validateState(true, &title);
-        return title;
-    }
+    static QString undoTitle() { return GRTestSupport::undoTitle(); }
     QPoint boxCentre(int index) const
     {
         return m_view->checkboxRect(m_view->itemRect(quint64(index))).center().toPoint();
@@ -57,8 +52,7 @@ private slots:
     void initTestCase()
     {
         GRTestSupport::initEnvironment();
-        MGUndoManager::setBeepHandler([] {});
-        MGUndoManager::setModalCheck([] { return false; });
+        GRTestSupport::quietUndo();
     }
 
     void init()

@@ -8,6 +8,7 @@
 #include "GRPrefController.h"
 #include "GRStore.h"
 #include "MGAlert.h"
+#include "MGUndoManager.h"
 #include "MGXmlDecoder.h"
 
 #include <QFile>
@@ -132,4 +133,26 @@ bool GRLogCapture::contains(const QString &fragment) const
 void GRLogCapture::clear()
 {
     s_lines.clear();
+}
+
+GRItemPtr GRTestSupport::item(const GRGroceryDatabase &database, const QString &name)
+{
+    for (const GRCategoryPtr &category : database.categories())
+        for (const GRItemPtr &entry : category->items())
+            if (entry->name() == name)
+                return entry;
+    return nullptr;
+}
+
+QString GRTestSupport::undoTitle(bool redo)
+{
+    QString title;
+    MGUndoManager::sharedInstance().validateState(!redo, &title);
+    return title;
+}
+
+void GRTestSupport::quietUndo()
+{
+    MGUndoManager::setBeepHandler([] {});
+    MGUndoManager::setModalCheck([] { return false; });
 }

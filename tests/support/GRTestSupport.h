@@ -1,5 +1,7 @@
 #pragma once
 
+#include "GRTypes.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -28,6 +30,12 @@ public:
     // between them.
     static QStringList alerts();
     static QByteArray readFile(const QString &path);
+    // The first item of that name in category order, or null.
+    static GRItemPtr item(const GRGroceryDatabase &database, const QString &name);
+    // The Edit menu's undo (or redo) title: "Undo" alone when there is nothing to undo.
+    static QString undoTitle(bool redo = false);
+    // No beeps and no modal window in the way of the undo manager.
+    static void quietUndo();
     static bool writeFile(const QString &path, const QByteArray &bytes);
 };
 

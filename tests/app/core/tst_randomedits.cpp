@@ -127,12 +127,7 @@ class TestRandomEdits : public QObject
         if (!ok && m_problem.isEmpty())
             m_problem = what;
     }
-    QString stepName(bool redo) const
-    {
-        QString title;
-        m_undo.validateState(!redo, &title);
-        return title.section(u' ', 1, -1);
-    }
+    static QString stepName(bool redo) { return GRTestSupport::undoTitle(redo).section(u' ', 1, -1); }
 
     // Every command records its step first; none is ever refused here.
     bool record(A action, D descriptor, const GRCategoryPtr &context = nullptr)
@@ -414,8 +409,7 @@ private slots:
         GRTestSupport::initEnvironment();
         GRTestSupport::resetState();
         SetDatabaseFileOps(&m_fileOps);
-        MGUndoManager::setBeepHandler([] {});
-        MGUndoManager::setModalCheck([] { return false; });
+        GRTestSupport::quietUndo();
         QVERIFY(m_folder.isValid());
         g_databasePath = m_folder.filePath(QStringLiteral("Groceries.xml"));
         // What the application controller and the groups table do on these.
