@@ -2,13 +2,10 @@
 #include "GRDatabaseFile.h"
 #include "GRGroceryDatabase.h"
 #include "GRItem.h"
-#include "GRPrefController.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
-#include "MGAlert.h"
 
 #include <QDir>
-#include <QRandomGenerator>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
@@ -20,56 +17,6 @@ using TS = GRTestSupport;
 QByteArray document(const QByteArray &body, const QByteArray &root = " version=\"1\"")
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<groceries" + root + ">\n" + body + "</groceries>\n";
-}
-
-// A document with every shape the reader and writer distinguish, from a fixed seed. One store and
-// one item have an empty name, written either way.
-QByteArray randomDocument(quint32 seed)
-{
-    QRandomGenerator random(seed);
-    const auto pick = [&random](const QByteArrayList &choices) {
-        return choices.at(random.bounded(int(choices.size())));
-    };
-    const auto number = [&random](int from, int to) { return QByteArray::number(random.bounded(from, to)); };
-    const auto name = [&](bool empty) {
-        if (empty)
-            return pick({"<name/>", "<name></name>"});
-        return "<name>" +
-               pick({"Milk", "apple", "Apple", "Fish &amp; Chips", "Tom's &lt;b>", "&quot;q&quot;", "x",
-                     "Crème fraîche", "日本茶", "〜Rice", "a;b", "Zucchini"}) +
-               pick({"", " " + number(0, 50)}) + "</name>";
-    };
-    const auto indexList = [&](const char *tag, QList<int> indices) {
-        std::shuffle(indices.begin(), indices.end(), random);
-        QByteArray text = QByteArray("<") + tag + ">";
-        for (int index : indices)
-            text += "<i>" + QByteArray::number(index) + "</i>";
-        return random.bounded(2) ? text + "</" + tag + ">" : QByteArray();
-    };
-    const int stores = random.bounded(1, 6), categories = random.bounded(1, 7),
-              unnamedStore = random.bounded(stores);
-    QByteArray xml = "<stores>";
-    for (int s = 0; s < stores; ++s) {
-        xml += "<store>" + name(s == unnamedStore) + "<print>" + number(0, 3) + "</print>" +
-               pick({"", "<color>{16, 32, 48}</color>", "<color>{12, 11, 10, 50}</color>",
-                     "<color>none</color>"}) +
-               pick({"", "<top>1</top>"}) + "</store>";
-    }
-    xml += "</stores><categories>";
-    for (int c = 0; c < categories; ++c)
-        xml += "<category>" + name(false) + "</category>";
-    QList<int> categoryOrder(random.bounded(0, 9)); // repeats and strays among them
-    for (int &index : categoryOrder)
-        index = random.bounded(-1, categories + 1);
-    xml += "</categories><columns>" + number(1, 10) + "</columns>" +
-           indexList("aisleOrder", {0, 1, 2, 3, 4, 5, 6}) + indexList("categoryOrder", categoryOrder) +
-           "<items>";
-    for (int i = 0, items = random.bounded(1, 61); i < items; ++i) {
-        xml += "<item>" + name(i == 0) + "<category>" + number(0, categories) + "</category><store>" +
-               number(0, stores) + "</store><aisle>" + number(-6, 30) + "</aisle>" +
-               pick({"", "<need>1</need>"}) + "<count>" + number(0, 5) + "</count></item>";
-    }
-    return document(xml + "</items>");
 }
 
 // The database as "stores|category:item+item,...|columns|aisles|category order", the order "-"
@@ -124,8 +71,6 @@ class TestDatabaseFile : public QObject
 
     std::unique_ptr<QTemporaryDir> m_dir;
     GRGroceryDatabase m_database;
-
-    QStringList files() const { return QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden); }
 
 private slots:
     void initTestCase() { TS::initEnvironment(); }
@@ -254,43 +199,6 @@ private slots:
         GRGroceryDatabase again;
         QVERIFY(ReadModernDatabaseData(saved.toUtf8(), again));
         QCOMPARE(GroceriesXml(again), saved);
-    }
-
-    void roundTripKeepsOneBackup_data()
-    {
-        QTest::addColumn<quint32>("seed");
-        for (quint32 seed = 1; seed <= 12; ++seed)
-            QTest::addRow("random %u", seed) << seed;
-    }
-
-    // What a save wrote reads back and saves to the same bytes; each save keeps the one before.
-    void roundTripKeepsOneBackup()
-    {
-        QFETCH(quint32, seed);
-
-        QVERIFY(ReadModernDatabaseData(randomDocument(seed), m_database));
-        g_dirty = true;
-        GRPrefController::sharedInstance().setDirty(true);
-        QVERIFY(SaveGroceries(m_database));
-        QVERIFY(!g_dirty && !GRPrefController::sharedInstance().dirty());
-        const QByteArray first = TS::readFile(g_databasePath);
-        QCOMPARE(first.count("<name/>"), 2);
-        QCOMPARE(files(), QStringList{"Groceries.xml"});
-
-        GRGroceryDatabase read;
-        QVERIFY(ReadModernDatabase(g_databasePath, read));
-        QVERIFY(SaveGroceries(read));
-        QCOMPARE(QString::fromUtf8(TS::readFile(g_databasePath)), QString::fromUtf8(first));
-        QCOMPARE(TS::readFile(DatabaseBackupPath(g_databasePath)), first);
-
-        read.setColumnCount(11);
-        QVERIFY(SaveGroceries(read));
-        const QByteArray third = TS::readFile(g_databasePath);
-        read.setColumnCount(12);
-        QVERIFY(SaveGroceries(read));
-        QCOMPARE(TS::readFile(DatabaseBackupPath(g_databasePath)), third);
-        QCOMPARE(files(), (QStringList{"Groceries.xml", "Groceries~.xml"}));
-        QVERIFY(MGAlert::sharedInstance().shownAlerts().isEmpty());
     }
 
     void opening_data()

@@ -5,7 +5,6 @@
 #include "GRGroceryQueries.h"
 #include "GRItem.h"
 #include "GRItemFields.h"
-#include "GRPrefController.h"
 #include "GRSnapshotUndo.h"
 #include "GRStore.h"
 #include "GRTestSupport.h"
@@ -14,8 +13,6 @@
 #include "MGUndoManager.h"
 
 #include <QTest>
-
-#include <functional>
 
 namespace {
 
@@ -38,50 +35,14 @@ struct Fixture
     GRTestWindow window{db, shown};
     GRSnapshotUndo undo{db, shown};
 
-    GRItemPtr item(const QString &name) const
-    {
-        for (const GRItemPtr &entry : GRGroceryQueries::allItems(db))
-            if (entry->name() == name)
-                return entry;
-        return nullptr;
-    }
+    GRItemPtr item(const QString &name) const { return GRTestSupport::item(db, name); }
     GRCategoryPtr category(int row) const { return db.categories().value(row); }
     QString dump() const { return GRTestSupport::dump(db); }
 };
 
-// A command as the window runs it: record the step, then change the data.
-using Command = std::function<bool(Fixture &)>;
-
-// clang-format off
 using A = GRUndoAction;
 using D = GRUndoDescriptor;
 using E = GRGroceryEdits;
-// The row name of a command is its undo title.
-const std::pair<const char *, Command> Commands[] = {
-    {"Clear All Checkmarks", [](Fixture &f) { return RecordUndo(A::Categories, D::ClearAllCheckmarks) && (E::clearChecks(f.db), true); }},
-    {"Rename Category", [](Fixture &f) { const GRCategoryPtr fruit = f.category(1); return RecordUndo(A::Category, D::RenameCategory, fruit) && (f.window.reloadCategoriesCore(E::renameCategory(f.db, fruit, "Apricots")), true); }},
-    {"Rename Store", [](Fixture &f) { return RecordUndo(A::CategoriesAndStores, D::RenameStore) && E::installNewStores(f.db, E::storesRenaming(f.db, 2, "Aldo")); }},
-    {"Delete Category", [](Fixture &f) {
-        const GRCategoryPtr fruit = f.category(1), heir = E::categoryHeir(f.db, 1);
-        return heir && RecordUndo(A::Categories, D::DeleteCategory) && (E::mergeCategory(f.db, fruit, heir), f.window.reloadCategoriesCore(0), true); }},
-    {"Delete Store", [](Fixture &f) { return RecordUndo(A::CategoriesAndStores, D::DeleteStore) && E::installNewStores(f.db, E::storesWithout(f.db, 2)); }},
-    {"Move Item", [](Fixture &f) { const GRItemPtr apples = f.item("Apples"); return RecordUndo(A::Categories, D::MoveItem) && E::moveItem(apples, f.category(2)) && f.shown.removeAll(apples); }},
-    {"Change Item", [](Fixture &f) { const GRItemPtr bananas = f.item("Bananas"); return RecordUndo(A::Category, D::ChangeItem, bananas->category()) && E::reassignStore(bananas, f.db.stores().value(2)); }},
-    {"Add Category", [](Fixture &f) { return RecordUndo(A::Categories, D::AddCategory) && E::addCategory(f.db); }},
-    {"Add Store", [](Fixture &f) { return RecordUndo(A::CategoriesAndStores, D::AddStore) && E::addStore(f.db); }},
-    {"Paste Item", [](Fixture &f) {
-        const GRItemPtr yogurt = E::itemFromPasteboardText(f.db, Yogurt);
-        const GRCategoryPtr fruit = f.category(1);
-        return yogurt && RecordUndo(A::Category, D::PasteItem, fruit) && (E::insertItem(fruit, yogurt), f.shown.append(yogurt), true); }},
-    {"Check Item", [](Fixture &f) { const GRItemPtr bananas = f.item("Bananas"); return RecordUndo(A::Category, D::CheckItem, bananas->category()) && (bananas->setNeeded(true), true); }},
-    {"Delete Item", [](Fixture &f) { const GRItemPtr apples = f.item("Apples"); return RecordUndo(A::Category, D::DeleteItem, apples->category()) && (apples->setNeeded(false), E::removeItem(f.shown, apples)); }},
-    {"Duplicate", [](Fixture &f) { const GRItemPtr apples = f.item("Apples"); return RecordUndo(A::Category, D::Duplicate, apples->category()) && E::duplicateItem(f.shown, apples); }},
-    {"Add Item", [](Fixture &f) {
-        GRItemFields fields = GRItemFields::forNewItem(f.window.row, 2);
-        fields.name = "Kale";
-        return RecordUndo(fields.undoAction(f.db, nullptr), D::AddItem, fields.category(f.db)) && fields.apply(f.db, f.shown, nullptr); }},
-};
-// clang-format on
 
 } // namespace
 
@@ -94,26 +55,11 @@ class TestGroceryEdits : public QObject
 
     Fixture &f() { return *m_f; }
 
-    // Everything undo and redo must bring back, and the menu titles.
-    QString checkState()
-    {
-        QStringList shown = names(f().shown).split(',', Qt::SkipEmptyParts);
-        shown.sort();
-        QString undoTitle, redoTitle;
-        m_undo.validateState(true, &undoTitle);
-        m_undo.validateState(false, &redoTitle);
-        return QStringLiteral("%1 / shown %2 / row %3 / %4 / %5, %6")
-            .arg(f().dump(), shown.join(','))
-            .arg(f().window.row)
-            .arg(f().window.edited ? "edited" : "clean", undoTitle, redoTitle);
-    }
-
 private slots:
     void initTestCase()
     {
         GRTestSupport::initEnvironment();
-        MGUndoManager::setBeepHandler([] {});
-        MGUndoManager::setModalCheck([] { return false; });
+        GRTestSupport::quietUndo();
     }
 
     void init()
@@ -219,32 +165,6 @@ private slots:
         QVERIFY(!GRGroceryEdits::categoryHeir(f().db, 0));
     }
 
-    void undoRoundTrip_data()
-    {
-        QTest::addColumn<int>("command");
-        for (int i = 0; i < int(std::size(Commands)); ++i)
-            QTest::newRow(Commands[i].first) << i;
-    }
-    // Undo gives back exactly the state before the command, redo exactly the state after it, as
-    // often as asked.
-    void undoRoundTrip()
-    {
-        QFETCH(int, command);
-        const QString before = checkState();
-        QVERIFY(Commands[command].second(f()));
-        const QString after = checkState();
-        QVERIFY(after != before);
-        QVERIFY2(after.endsWith(QString("/ Undo %1, Redo").arg(QTest::currentDataTag())), qPrintable(after));
-        for (int round = 0; round < 2; ++round) {
-            m_undo.undo();
-            QCOMPARE(checkState(),
-                     QString(before).replace("/ Undo, Redo",
-                                             QString("/ Undo, Redo %1").arg(QTest::currentDataTag())));
-            m_undo.redo();
-            QCOMPARE(checkState(), after);
-        }
-    }
-
     void removeItemSelectsNext_data()
     {
         QTest::addColumn<QString>("shown");
@@ -338,27 +258,6 @@ private slots:
         m_undo.undo();
         QCOMPARE(f().dump(), before);
         QVERIFY(!m_undo.isUndoAvailable() && !m_undo.isRedoAvailable());
-    }
-
-    // The ring keeps 25 steps: the 26th drops the oldest, and undoing all that are left ends in
-    // the state after the first command, still edited.
-    void ringDropsTheOldest()
-    {
-        for (int i = 1; i <= 26; ++i) {
-            const GRCategoryPtr fruit = f().db.categoryForGuid(f().category(1)->guid());
-            QVERIFY(RecordUndo(A::Category, D::RenameCategory, fruit));
-            f().window.reloadCategoriesCore(
-                E::renameCategory(f().db, fruit, QString("F%1").arg(i, 2, 10, QChar('0'))));
-        }
-        int undos = 0;
-        for (; m_undo.isUndoAvailable() && undos < 30; ++undos)
-            m_undo.undo();
-        QCOMPARE(undos, 25);
-        QCOMPARE(f().category(1)->name(), "F01");
-        QVERIFY(f().window.edited);
-        for (int i = 0; i < 25; ++i)
-            m_undo.redo();
-        QCOMPARE(f().category(1)->name(), "F26");
     }
 };
 
