@@ -1,4 +1,3 @@
-#include "GRAisles.h"
 #include "GRCommandLine.h"
 #include "GRTestSupport.h"
 
@@ -8,7 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <memory>
+#include <tuple>
 
 static const QByteArray s_database =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<groceries version=\"1\">"
@@ -17,24 +16,24 @@ static const QByteArray s_database =
     "<category><name>Snacks</name></category></categories><items>"
     "<item><name>Milk</name><category>0</category><store>0</store><aisle>-2</aisle><need>1</need><count>3</"
     "count></item>"
-    "<item><name>Rice</name><category>1</category><store>1</store><aisle>12</aisle></item>"
-    "<item><name>Salt</name><category>1</category><store>0</store><aisle>-9</aisle><need>1</need></item>"
-    "<item><name>Chips</name><category>2</category><store>0</store></item></items></groceries>\n";
+    "<item><name>Crème fraîche ❄</name><category>1</category><store>1</store><aisle>12</aisle></item>"
+    "<item><name>Salt</name><category>1</category><store>0</store><aisle>-7</aisle><need>1</need></item>"
+    "<item><name>Chips</name><category>2</category><store>0</store><aisle>-6</aisle></item></items></"
+    "groceries>\n";
 
 class TestCommandLine : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_home;
+    QTemporaryDir m_home;
     QByteArray m_out, m_err;
 
-    QString home(const char *path = "") const { return m_home->filePath(QString::fromUtf8(path)); }
+    QString home(const QString &path = QString()) const { return m_home.filePath(path); }
     QString database() const { return home("data/Marlowick/Groceries.xml"); }
-    QStringList dataFiles() const { return QDir(home("data/Marlowick")).entryList(QDir::Files); }
 
-    // Runs the program with its data and settings in the home folder, no display and no runtime
-    // folder; its exit status (-1 for a crash). Its output goes to m_out and m_err.
-    int run(const QStringList &arguments, const QString &display = QString())
+    // Runs the program in the home folder with its data and settings there, no display and no
+    // runtime folder; its exit status (-1 for a crash). Its output goes to m_out and m_err.
+    int run(const QStringList &arguments, const QString &display)
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -46,6 +45,7 @@ class TestCommandLine : public QObject
         environment.insert(QStringLiteral("XDG_DATA_HOME"), home("data"));
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home("config"));
         process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(home());
         process.start(QStringLiteral(GR_APP_PATH), arguments);
         if (!process.waitForFinished(30000))
             return -1;
@@ -58,166 +58,96 @@ private slots:
     void initTestCase() { GRTestSupport::initEnvironment(); }
     void init()
     {
-        m_home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir().mkpath(home("data/Marlowick")));
-    }
-
-    void aisleNames()
-    {
-        const std::pair<qint64, const char *> rows[] = {
-            {7, "Aisle 7"}, {0, "Aisle ?"}, {-1, "Bakery"}, {-6, "Wine"}, {-7, "Aisle ?"}};
-        for (const auto &[aisle, name] : rows)
-            QCOMPARE(GRAisles::displayName(aisle), QString::fromUtf8(name));
-    }
-
-    // The program itself: prints UTF-8, needs no display and writes nothing, not even settings.
-    void program()
-    {
-        QCOMPARE(run({"--list"}), 1);
-        QVERIFY2(m_err.contains("no readable grocery list at " + database().toUtf8()), m_err);
-        QVERIFY(m_out.isEmpty());
-
-        QByteArray bytes = s_database;
-        bytes.replace("Milk", "Crème fraîche ❄");
-        QVERIFY(GRTestSupport::writeFile(database(), bytes));
-        const QByteArray dairy = "Dairy\n  [x] (3) Crème fraîche ❄\tCorner Shop\tDairy\nPantry\n",
-                         pantry = "  [ ] Rice\tMarket\tAisle 12\n  [x] Salt\tCorner Shop\tAisle ?\nSnacks\n";
-        QCOMPARE(run({"--list"}), 0);
-        QCOMPARE(m_out, dairy + pantry + "  [ ] Chips\tCorner Shop\tAisle ?\n");
-        QCOMPARE(run({"--list", "--needed"}), 0);
-        QCOMPARE(m_out, dairy + "  [x] Salt\tCorner Shop\tAisle ?\n");
-        QVERIFY2(m_err.isEmpty(), m_err);
-        QCOMPARE(GRTestSupport::readFile(database()), bytes);
-        QCOMPARE(QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"data"});
-        QCOMPARE(dataFiles(), QStringList{"Groceries.xml"});
-
-        QCOMPARE(run({"--version"}), 0);
-        QVERIFY(m_out.startsWith("Groceries ") && m_err.isEmpty());
-        QCOMPARE(run({"--help"}), 0);
-        QCOMPARE(QString::fromUtf8(m_out), GRCommandLine::usage());
-        QVERIFY(m_err.isEmpty());
-
-        // Damaged part-way: what was read is printed, the damage reported, nothing written.
-        bytes.replace("<item><name>Chips", "<!-- torn off <item><name>Chips");
-        QVERIFY(GRTestSupport::writeFile(database(), bytes));
-        QCOMPARE(run({"--list"}), 0);
-        QCOMPARE(m_out, dairy + pantry);
-        QVERIFY2(
-            m_err.startsWith("groceries: " + database().toUtf8() + " is damaged; only the 3 items before"),
-            m_err);
-        QCOMPARE(m_err.count('\n'), 1);
-        QCOMPARE(GRTestSupport::readFile(database()), bytes);
-        QCOMPARE(dataFiles(), QStringList{"Groceries.xml"});
-    }
-
-    // The export and the e-mail link from the command line: the same bytes the commands make,
-    // nothing on standard error when they succeed, status 1 with one line when they can't.
-    void exportAndMailto()
-    {
-        QVERIFY(GRTestSupport::writeFile(database(), s_database));
-        QVERIFY(QDir().mkpath(home("out")));
+        QVERIFY(QDir(home()).removeRecursively() && QDir().mkpath(home("out")));
         QVERIFY(GRTestSupport::writeFile(home("out/Groceries.rtf"), "old"));
-        QCOMPARE(run({"--export-rtf", home("out")}), 0);
-        QVERIFY2(m_out.isEmpty() && m_err.isEmpty(), m_err);
-        const QByteArray rtf = GRTestSupport::readFile(home("out/Groceries.rtf"));
-        QVERIFY2(rtf.startsWith("{\\rtf1") && rtf.contains("Rice\\tab Market\\par") &&
-                     rtf.contains("\\u12316?\\tab Beverage\\par"),
-                 rtf);
-        QCOMPARE(GRTestSupport::readFile(database()), s_database);
-        QCOMPARE(run({"--export-rtf", home("none")}), 1);
-        QVERIFY2(m_err.startsWith("groceries: Export failed.") && m_err.count('\n') == 1, m_err);
-
-        QCOMPARE(run({"--mailto"}), 0);
-        QCOMPARE(m_out, "mailto:?subject=Grocery%20list&body=%283%29%20Milk%0ASalt%0A\n");
-        QVERIFY(m_err.isEmpty());
-        QVERIFY(GRTestSupport::writeFile(database(), QByteArray(s_database).replace("<need>1</need>", "")));
-        QCOMPARE(run({"--mailto"}), 1);
-        QCOMPARE(m_err, "groceries: No needed items.\n");
-        QCOMPARE(dataFiles(), QStringList{"Groceries.xml"});
-        QVERIFY(!QFileInfo::exists(home("config")));
     }
 
-    // The printed pages as PDF: nothing else written, and no file at all when it can't be made.
-    void printPdf()
-    {
-        QVERIFY(GRTestSupport::writeFile(database(), s_database));
-        const std::pair<QStringList, int> rows[] = {
-            {{}, 0}, {{"--scope", "needed", "--ignore-page-starts"}, 0}, {{"--scope", "store=Market"}, 0},
-            {{"--scope", "store=Nowhere"}, 1}};
-        for (const auto &[options, status] : rows) {
-            const QString pdf = home("list.pdf");
-            QFile::remove(pdf);
-            QCOMPARE(run(QStringList{"--print-pdf", pdf} + options), status);
-            QVERIFY(m_out.isEmpty());
-            QCOMPARE(m_err, status ? QByteArray("groceries: there is no store named \"Nowhere\"\n") : QByteArray());
-            QCOMPARE(GRTestSupport::readFile(pdf).startsWith("%PDF-"), status == 0);
-        }
-        QCOMPARE(run({"--print-pdf", home("no/folder/list.pdf")}), 1);
-        QVERIFY2(m_err.startsWith("groceries: could not write ") && m_err.count('\n') == 1, m_err);
-        QVERIFY(!QFileInfo::exists(home("no")));
-        QCOMPARE(GRTestSupport::readFile(database()), s_database);
-        QCOMPARE(dataFiles(), QStringList{"Groceries.xml"});
-        QVERIFY(!QFileInfo::exists(home("config")));
-    }
-
-    void displays_data()
-    {
-        QTest::addColumn<QString>("platforms");
-        QTest::addColumn<QString>("display");
-        QTest::addColumn<QString>("wayland");
-        QTest::addColumn<bool>("reachable");
-        // clang-format off
-        QTest::newRow("x11 without DISPLAY") << "xcb" << "" << "" << false;
-        QTest::newRow("x11") << "xcb" << ":0" << "" << true;
-        QTest::newRow("wayland, else x11") << "wayland;xcb" << "" << "wayland-0" << true;
-        QTest::newRow("wayland without a display") << "wayland" << ":0" << "" << false;
-        QTest::newRow("offscreen needs none") << "offscreen" << "" << "" << true;
-        QTest::newRow("options after the name") << "xcb:nomitshm" << ":1" << "" << true;
-        // clang-format on
-    }
-    void displays()
-    {
-        QFETCH(QString, platforms);
-        QFETCH(QString, display);
-        QFETCH(QString, wayland);
-        QString why;
-        QTEST(GRCommandLine::displayReachable(platforms.split(';'), display, wayland, &why), "reachable");
-    }
-
-    // Usage errors end with the usage, and a window without a display with one line; neither opens a
-    // window or writes a file.
-    void programRefuses_data()
+    // The program itself, whose output is read by other programs. Usage errors end with the usage
+    // and status 2, a window without a display gets one line.
+    void program_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("display");
+        QTest::addColumn<QByteArray>("list"); // the database file; none when empty
         QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("first");
-        const QStringList none;
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");     // all of it, or without a newline the start of its one line
+        QTest::addColumn<QString>("file");    // under the home folder
+        QTest::addColumn<QString>("content"); // part of that file; empty: there is no such file
+        const QByteArray none,
+            damaged = QByteArray(s_database).replace("<item><name>Chips", "<!-- torn off <item><name>Chips"),
+            unneeded = QByteArray(s_database).replace("<need>1</need>", "");
+        const QString
+            dairy = "Dairy\n  [x] (3) Milk\tCorner Shop\tDairy\n",
+            pantry =
+                "Pantry\n  [ ] Crème fraîche ❄\tMarket\tAisle 12\n  [x] Salt\tCorner Shop\tAisle ?\nSnacks\n",
+            usage = "\n\n" + GRCommandLine::usage(), db = database();
+        const QStringList pdf{"--print-pdf", "out/list.pdf"};
         // clang-format off
-        QTest::newRow("unknown option") << QStringList{"--bogus"} << "" << 2 << QByteArray("unknown option '--bogus'");
-        QTest::newRow("stray argument") << QStringList{"extra"} << "" << 2 << QByteArray("unexpected argument 'extra'");
-        QTest::newRow("needed alone") << QStringList{"--needed"} << "" << 2 << QByteArray("--needed goes with --list");
-        QTest::newRow("export without a folder") << QStringList{"--export-rtf"} << "" << 2 << QByteArray("--export-rtf needs a folder");
-        QTest::newRow("pdf without a file") << QStringList{"--print-pdf"} << "" << 2 << QByteArray("--print-pdf needs a file");
-        QTest::newRow("scope alone") << QStringList{"--scope", "needed"} << "" << 2 << QByteArray("--scope and --ignore-page-starts go with --print-pdf");
-        QTest::newRow("unknown scope") << QStringList{"--print-pdf", "x.pdf", "--scope", "all"} << "" << 2 << QByteArray("--scope takes entire, needed or store=NAME");
-        QTest::newRow("two commands") << QStringList{"--mailto", "--list"} << "" << 2 << QByteArray("one command at a time");
-        QTest::newRow("no display") << none << "" << 1 << QByteArray("can't open a window: no display (DISPLAY is not set)");
-        QTest::newRow("display refuses") << none << ":97" << 1 << QByteArray("can't open a window: no connection to display :97");
+        QTest::newRow("list") << QStringList{"--list"} << "" << s_database << 0 << dairy + pantry + "  [ ] Chips\tCorner Shop\tWine\n" << "" << "" << "";
+        QTest::newRow("needed") << QStringList{"--list", "--needed"} << "" << s_database << 0 << dairy + "Pantry\n  [x] Salt\tCorner Shop\tAisle ?\n" << "" << "" << "";
+        QTest::newRow("damaged part-way") << QStringList{"--list"} << "" << damaged << 0 << dairy + pantry << "groceries: " + db + " is damaged; only the 3 items before" << "" << "";
+        QTest::newRow("no list") << QStringList{"--list"} << "" << none << 1 << "" << "groceries: no readable grocery list at " + db + "\n" << "" << "";
+        QTest::newRow("version") << QStringList{"--version"} << "" << none << 0 << "Groceries " GR_VERSION "\n" << "" << "" << "";
+        QTest::newRow("help") << QStringList{"--help"} << "" << none << 0 << GRCommandLine::usage() << "" << "" << "";
+        QTest::newRow("export") << QStringList{"--export-rtf", "out"} << "" << s_database << 0 << "" << "" << "out/Groceries.rtf" << "\\u12316?\\tab Beverage\\par";
+        QTest::newRow("export to no folder") << QStringList{"--export-rtf", "none"} << "" << s_database << 1 << "" << "groceries: Export failed." << "none/Groceries.rtf" << "";
+        QTest::newRow("mailto") << QStringList{"--mailto"} << "" << s_database << 0 << "mailto:?subject=Grocery%20list&body=%283%29%20Milk%0ASalt%0A\n" << "" << "" << "";
+        QTest::newRow("mailto, nothing needed") << QStringList{"--mailto"} << "" << unneeded << 1 << "" << "groceries: No needed items.\n" << "" << "";
+        QTest::newRow("pdf of the needed") << pdf + QStringList{"--scope", "needed", "--ignore-page-starts"} << "" << s_database << 0 << "" << "" << "out/list.pdf" << "%PDF-";
+        QTest::newRow("pdf of a store") << pdf + QStringList{"--scope", "store=Market"} << "" << s_database << 0 << "" << "" << "out/list.pdf" << "%PDF-";
+        QTest::newRow("pdf of no store") << pdf + QStringList{"--scope", "store=Nowhere"} << "" << s_database << 1 << "" << "groceries: there is no store named \"Nowhere\"\n" << "out/list.pdf" << "";
+        QTest::newRow("pdf into no folder") << QStringList{"--print-pdf", "no/folder/list.pdf"} << "" << s_database << 1 << "" << "groceries: could not write " << "no/folder/list.pdf" << "";
+        QTest::newRow("unknown option") << QStringList{"--bogus"} << "" << none << 2 << "" << "groceries: unknown option '--bogus'" + usage << "" << "";
+        QTest::newRow("stray argument") << QStringList{"extra"} << "" << none << 2 << "" << "groceries: unexpected argument 'extra'" + usage << "" << "";
+        QTest::newRow("needed alone") << QStringList{"--needed"} << "" << none << 2 << "" << "groceries: --needed goes with --list" + usage << "" << "";
+        QTest::newRow("export without a folder") << QStringList{"--export-rtf"} << "" << none << 2 << "" << "groceries: --export-rtf needs a folder" + usage << "" << "";
+        QTest::newRow("pdf without a file") << QStringList{"--print-pdf"} << "" << none << 2 << "" << "groceries: --print-pdf needs a file" + usage << "" << "";
+        QTest::newRow("scope alone") << QStringList{"--scope", "needed"} << "" << none << 2 << "" << "groceries: --scope and --ignore-page-starts go with --print-pdf" + usage << "" << "";
+        QTest::newRow("unknown scope") << QStringList{"--print-pdf", "x.pdf", "--scope", "all"} << "" << none << 2 << "" << "groceries: --scope takes entire, needed or store=NAME" + usage << "" << "";
+        QTest::newRow("two commands") << QStringList{"--mailto", "--list"} << "" << none << 2 << "" << "groceries: one command at a time" + usage << "" << "";
+        QTest::newRow("no display") << QStringList() << "" << none << 1 << "" << "groceries: can't open a window: no display (DISPLAY is not set)\n" << "" << "";
+        QTest::newRow("display refuses") << QStringList() << ":97" << none << 1 << "" << "groceries: can't open a window: no connection to display :97\n" << "" << "";
         // clang-format on
     }
-    void programRefuses()
+    // Nothing is written but the file asked for: not the list, its backup or lock, nor the settings.
+    void program()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, display);
-        QFETCH(int, status);
-        QFETCH(QByteArray, first);
-        QVERIFY(QDir(home("data")).removeRecursively());
-        QCOMPARE(run(arguments, display), status);
-        QVERIFY(m_out.isEmpty());
-        QCOMPARE(m_err,
-                 "groceries: " + first + (status == 2 ? "\n\n" + GRCommandLine::usage().toUtf8() : "\n"));
-        QCOMPARE(QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+        QFETCH(QByteArray, list);
+        QFETCH(QString, err);
+        QFETCH(QString, file);
+        QFETCH(QString, content);
+        QVERIFY(list.isEmpty() ||
+                (QDir().mkpath(home("data/Marlowick")) && GRTestSupport::writeFile(database(), list)));
+        QTEST(run(arguments, display), "status");
+        QTEST(QString::fromUtf8(m_out), "out");
+        const QString errors = QString::fromUtf8(m_err);
+        QVERIFY2(err.isEmpty() || err.endsWith(u'\n') ? errors == err
+                                                      : errors.startsWith(err) && errors.count(u'\n') == 1,
+                 m_err);
+        if (!file.isEmpty())
+            QVERIFY2(content.isEmpty() ? !QFileInfo::exists(home(file))
+                                       : GRTestSupport::readFile(home(file)).contains(content.toUtf8()),
+                     qPrintable(file));
+        QCOMPARE(GRTestSupport::readFile(database()), list);
+        QCOMPARE(QDir(home("data/Marlowick")).entryList(QDir::Files | QDir::Hidden),
+                 list.isEmpty() ? QStringList() : QStringList{"Groceries.xml"});
+        QCOMPARE(QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 list.isEmpty() ? QStringList{"out"} : (QStringList{"data", "out"}));
+    }
+
+    // Platforms, DISPLAY and WAYLAND_DISPLAY the program itself can't be given here.
+    void displays()
+    {
+        const std::tuple<QString, QString, QString, bool> rows[] = {{"wayland;xcb", "", "wayland-0", true},
+                                                                    {"wayland", ":0", "", false},
+                                                                    {"offscreen", "", "", true},
+                                                                    {"xcb:nomitshm", ":1", "", true}};
+        for (const auto &[platforms, display, wayland, reachable] : rows)
+            QCOMPARE(GRCommandLine::displayReachable(platforms.split(';'), display, wayland, nullptr),
+                     reachable);
     }
 };
 
