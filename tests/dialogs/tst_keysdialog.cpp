@@ -28,7 +28,6 @@ private slots:
         const QString named = renamed.join(',');
         // clang-format off
         QTest::newRow("OK on the defaults stores them") << QStringList() << -1 << "" << "ok" << "1:" + defaults.join(',');
-        QTest::newRow("OK again without changes resets") << defaults << -1 << "" << "ok" << "1:";
         QTest::newRow("a rename is taken") << defaults << 1 << "Tinned" << "ok" << "1:" + named;
         QTest::newRow("custom names are shown, OK resets") << renamed << -1 << "" << "ok" << "1:";
         QTest::newRow("an empty name is accepted") << QStringList() << 0 << "" << "ok" << "1:," + defaults.mid(1).join(",");

@@ -30,12 +30,12 @@ class TestPreferencesWindow : public QObject
             names << view->model()->index(row, 0).data().toString();
         return names.join(',');
     }
-    bool drop(bool aisles, const QByteArray &text, int row, bool ownType = true)
+    // A drag of the category order's row (or of another kind) dropped before row.
+    bool drop(const QByteArray &text, int row, QLatin1String type = GRDragCategoryPasteboardType)
     {
         QMimeData data;
-        data.setData(aisles == ownType ? GRDragAislePasteboardType : GRDragCategoryPasteboardType, text);
-        QTableView *table = aisles ? m_window->aisleTable() : m_window->categoryTable();
-        return table->model()->dropMimeData(&data, Qt::MoveAction, row, 0, QModelIndex());
+        data.setData(type, text);
+        return m_window->categoryTable()->model()->dropMimeData(&data, Qt::MoveAction, row, 0, QModelIndex());
     }
 
 private slots:
@@ -55,10 +55,10 @@ private slots:
     void drops()
     {
         QSignalSpy edited(&prefs(), &GRPrefController::markWindowEdited);
-        QVERIFY(!drop(false, "0", 1));
-        QVERIFY(!drop(false, "2", 0, false));
+        QVERIFY(!drop("0", 1));
+        QVERIFY(!drop("2", 0, GRDragAislePasteboardType));
         QVERIFY(!prefs().dirty() && edited.isEmpty() && !m_db.manualOrder());
-        QVERIFY(drop(false, "2", 0));
+        QVERIFY(drop("2", 0));
         QCOMPARE(rows(m_window->categoryTable()), "Pantry,Dairy,Fruit");
         QCOMPARE(m_window->categoryTable()->currentIndex().row(), 0);
         QVERIFY(prefs().dirty() && m_db.manualOrder());

@@ -57,29 +57,19 @@ private slots:
     // Shown unsorted as banana, Apple, cherry, banana; sorted: Apple, banana, banana, cherry.
     void redisplay_data()
     {
-        QTest::addColumn<int>("select"); // -1: none, -2: an item not on show
-        QTest::addColumn<bool>("notify");
+        QTest::addColumn<int>("select"); // -1: an item not on show
         QTest::addColumn<quint64>("expected");
-        QTest::newRow("follows its item") << 0 << false << 1ull;
-        QTest::newRow("by notification") << 2 << true << 3ull;
-        QTest::newRow("identity, not name") << 3 << false << 2ull;
-        QTest::newRow("no item") << -1 << true << 0ull;
-        QTest::newRow("item not on show") << -2 << false << 0ull;
+        QTest::newRow("follows its item") << 0 << 1ull;
+        QTest::newRow("identity, not name") << 3 << 2ull;
+        QTest::newRow("item not on show") << -1 << 0ull;
     }
     void redisplay()
     {
         QFETCH(int, select);
-        QFETCH(bool, notify);
         showView(3, 2, {"banana", "Apple", "cherry", "banana"});
-        QList<GRItemPtr> &items = m_items;
         m_view->setSelectedItem(2);
-        const GRItemPtr item = select >= 0 ? items[select] : select == -2 ? GRItem::create() : GRItemPtr();
-        if (notify)
-            MGNotificationCenter::defaultCenter().post("mwgroceries.redoItems",
-                                                       item ? QVariantMap{{"item", QVariant::fromValue(item)}}
-                                                            : QVariantMap{});
-        else // when on show, an entry of the very list being sorted
-            m_view->redisplayItemsCore(select >= 0 ? items[select] : item);
+        // When on show, an entry of the very list being sorted.
+        m_view->redisplayItemsCore(select >= 0 ? m_items[select] : GRItem::create());
         QTEST(m_view->selectedItem(), "expected");
     }
 
@@ -94,7 +84,6 @@ private slots:
         QTest::addColumn<quint64>("selected");
         QTest::newRow("more columns than fit") << "" << 3ull << 3ull << 5ull;
         QTest::newRow("viewport a row taller") << "taller" << 4ull << 2ull << 5ull;
-        QTest::newRow("viewport narrower") << "narrower" << 3ull << 3ull << 5ull;
         QTest::newRow("36 point font") << "font" << 1ull << 7ull << 0ull;
     }
     void layout()
@@ -105,8 +94,6 @@ private slots:
         m_view->setSelectedItem(5);
         if (change == "taller")
             m_area->resize(m_area->size() + QSize(0, int(m_view->itemSize().height() + 8)));
-        if (change == "narrower")
-            m_area->resize(m_area->size() - QSize(int(m_view->itemSize().width()), 0));
         if (change == "font") {
             GRPrefController::sharedInstance().setDisplayFont(QFont(DefaultUserFont().family(), 36));
             MGNotificationCenter::defaultCenter().post("mwgroceries.font");

@@ -48,12 +48,10 @@ private slots:
         QTest::newRow("drag out and back") << Row{0, "p1 m2 m1 r1", "sel1", {}};
         QTest::newRow("leave") << Row{0, "p1 l r1", "", {}};
         QTest::newRow("leave and move back") << Row{0, "p1 l m1 r1", "sel1", {}};
-        QTest::newRow("release without press") << Row{0, "r1 c0", "sel0", {}};
         QTest::newRow("single moves") << Row{1, "c0 c2", "sel0 sel2", {2}};
         QTest::newRow("single same tab") << Row{1, "c2 c2", "sel2 same2", {2}};
         QTest::newRow("single drag out keeps") << Row{1, "c0 p2 mb rb", "sel0", {0}};
         QTest::newRow("toggles") << Row{2, "c0 c2 c0", "sel0 sel2 sel0", {2}};
-        QTest::newRow("disabled tab") << Row{0, "d1 c1 c0", "sel0", {}};
         QTest::newRow("bit 32 is tab 0, so is 64") << Row{0, "d32 c0 c2 e64 c0", "sel2 sel0", {}};
         QTest::newRow("disabled control shows none") << Row{1, "c1 x", "sel1", {}};
         QTest::newRow("no tabs, nothing to click") << Row{2, "n0 R c0", "", {}};
