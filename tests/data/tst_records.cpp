@@ -133,6 +133,8 @@ private slots:
         QCOMPARE(byGuid.size(), 2);
         QCOMPARE(byGuid.value(m_lists.stores().at(0)->guid()), stores.at(0));
         QVERIFY(stores.at(0) != m_lists.stores().at(0));
+        m_lists.stores().at(0)->setGuid(QString()); // a missing GUID names no store
+        QCOMPARE(m_lists.storeForGuid(QString()), nullptr);
     }
 };
 

@@ -61,9 +61,8 @@ private slots:
         const std::pair<QByteArray, const char *> rows[] = { // data, then the first tag's value
             {"", refused}, {"<?xml?>", ""}, {" <!-- a --><!DOCTYPE x>&amp;<?xml?><a/>", ""},
             {"<a/><?xml?>", refused}, {"<!-- <?xml?>", refused}, {"<?xml version=\"1.0\"", refused},
-            {"x<?xml?>", refused}, {"<?xml?><a>Cr\xc3\xa8me</a>", "Cr\xc3\xa8me"},
-            {"\xef\xbb\xbf<?xml?><a>x</a>", "x"}, {"<?xml?><a>\x80</a>", refused}, {"<?xml?><a>\xc3", refused},
-            {"<?xml?><a>\xc0\xaf</a>", refused}, {"<?xml?><a>\xed\xa0\x80</a>", refused}};
+            {"x<?xml?>", refused}, {"<?xml?><a>Cr\xc3\xa8me</a>", "Cr\xc3\xa8me"}, {"<?xml?><a>\xc3", refused},
+            {"\xef\xbb\xbf<?xml?><a>x</a>", "x"}};
         // clang-format on
         for (const auto &[data, value] : rows) {
             auto decoder = MGXmlDecoder::fromData(data);

@@ -103,6 +103,7 @@ private slots:
         QTest::addColumn<int>("beeps");
         // clang-format off
         QTest::newRow("round trip, clear") << "a1=1: [1]|a2=2: 1 [2]|u=1: [1] 2|u=0: 1 2|u=0: 1 2|r=1: [1] 2|r=2: 1 [2]|r=2: 1 [2]|c=2:|u=2:" << 3;
+        QTest::newRow("new action drops redo") << "a1=1: [1]|a2=2: 1 [2]|a3=3: 1 2 [3]|u=2: 1 [2] 3|u=1: [1] 2 3|a4=4: 1 [4]|r=4: 1 [4]" << 1;
         QTest::newRow("failed apply or refused fill clears") << "a1=1: [1]|u=0: 1|!r=0:|a2=2: [2]|!u=2:|a3=3: [3]|a4=4: 3 [4]|u=3: [3] 4|!a5=3:|r=3:" << 1;
         QTest::newRow("pop once, never after undo") << "a1=1: [1]|a2=2: 1 [2]|u=1: [1] 2|p=1: [1] 2|a3=3: 1 [3]|p=3: [1]|p=3: [1]|u=0: 1" << 0;
         QTest::newRow("merge declined, other descriptor, suppressed") << "a1=1: [1]|a1=1: 1 [1]|m2=2: 1 1 [2]|s=2: 1 1 [2]|m2=2: 1 1 2 [2]" << 0;
